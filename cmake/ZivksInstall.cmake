@@ -1,0 +1,19 @@
+# Installed the way C libraries are: headers, versioned shared objects, a pkg-config
+# file and a CMake package (find_package(zivks) gives zivks::base and zivks::core).
+include(CMakePackageConfigHelpers)
+
+install(TARGETS zivks_base zivk_core EXPORT zivksTargets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  PUBLIC_HEADER DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(EXPORT zivksTargets NAMESPACE zivks:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/zivks)
+
+configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/zivksConfig.cmake.in
+  ${PROJECT_BINARY_DIR}/zivksConfig.cmake
+  INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/zivks)
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/zivksConfigVersion.cmake
+  COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/zivksConfig.cmake ${PROJECT_BINARY_DIR}/zivksConfigVersion.cmake
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/zivks)
+
+configure_file(${PROJECT_SOURCE_DIR}/cmake/zivks.pc.in ${PROJECT_BINARY_DIR}/zivks.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/zivks.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -1,0 +1,83 @@
+// The shape every exported function shares: checks in a fixed order, then whole
+// blocks in ascending order, then a scalar tail. Family files hold only what is
+// particular to them.
+#pragma once
+
+#include <stddef.h>
+#include <stdint.h>
+
+#include "zivks.h"
+#include "core/simd/simd.h"
+
+// Marks a definition as one of the exported names.
+#define ZIVKS_EXPORT extern "C" ZIVKS_API
+
+namespace zivks {
+
+template <class... P>
+inline bool any_null(const P*... p) {
+  return ((p == nullptr) || ...);
+}
+
+// Pointers first, then the length; the family's own checks come after this.
+template <class... P>
+inline ZIVKStatus check_ptrs_len(int32_t len, const P*... p) {
+  if (any_null(p...)) return ZIVK_STS_NULL_PTR_ERR;
+  if (len < 1) return ZIVK_STS_SIZE_ERR;
+  return ZIVK_STS_NO_ERR;
+}
+
+// Index of the first element after the whole blocks of B elements.
+template <int B>
+inline int64_t block_end(int32_t len) {
+  static_assert(B > 0 && (B & (B - 1)) == 0, "block sizes are powers of two");
+  return static_cast<int64_t>(len) & ~static_cast<int64_t>(B - 1);
+}
+
+// Runs block(i, simd::width<K>) over the whole blocks of B elements in ascending
+// order, K blocks at a time where the build's registers hold several blocks (the
+// caller promises that its result cannot depend on how blocks are grouped), and
+// returns the index of the first element left for the tail.
+template <int B, class Block>
+inline int64_t for_whole_blocks(int32_t len, Block&& block) {
+  const int64_t n = block_end<B>(len);
+  int64_t i = 0;
+  if constexpr (simd::kWide > 1) {
+    for (; i + int64_t{B} * simd::kWide <= n; i += int64_t{B} * simd::kWide)
+      block(i, simd::width<simd::kWide>{});
+  }
+  for (; i < n; i += B) block(i, simd::width<1>{});
+  return n;
+}
+
+// Whole blocks as above, then tail(i) for each remaining element in ascending order.
+template <int B, class Block, class Tail>
+inline void for_blocks(int32_t len, Block&& block, Tail&& tail) {
+  for (int64_t i = for_whole_blocks<B>(len, block); i < len; ++i) tail(i);
+}
+
+// One 128-bit block at a time, for loops whose result depends on the grouping.
+template <int B, class Block, class Tail>
+inline void for_single_blocks(int32_t len, Block&& block, Tail&& tail) {
+  const int64_t n = block_end<B>(len);
+  int64_t i = 0;
+  for (; i < n; i += B) block(i, simd::width<1>{});
+  for (; i < len; ++i) tail(i);
+}
+
+// Element type of an array of complex records seen as parts.
+template <class E> struct parts { using type = E; static constexpr int count = 1; };
+template <> struct parts<ZIVK16sc> { using type = int16_t; static constexpr int count = 2; };
+template <> struct parts<ZIVK32sc> { using type = int32_t; static constexpr int count = 2; };
+template <> struct parts<ZIVK64sc> { using type = int64_t; static constexpr int count = 2; };
+template <> struct parts<ZIVK32fc> { using type = float; static constexpr int count = 2; };
+template <> struct parts<ZIVK64fc> { using type = double; static constexpr int count = 2; };
+template <class E> using part_t = typename parts<E>::type;
+
+// An array of elements seen as its parts (a complex record is re then im).
+template <class E>
+inline part_t<E>* as_parts(E* p) { return reinterpret_cast<part_t<E>*>(p); }
+template <class E>
+inline const part_t<E>* as_parts(const E* p) { return reinterpret_cast<const part_t<E>*>(p); }
+
+}  // namespace zivks

@@ -1,0 +1,48 @@
+// Typed allocation, free, version and status text: thin wrappers over the core services,
+// which are imported by name and bound at load time.
+#include <limits.h>
+
+#include "core/frame.h"
+
+namespace {
+
+// Null for len < 1 and for any len whose byte size does not fit an int32, without a
+// call; one unsigned test of len - 1 covers both. Otherwise the core service's answer,
+// unchanged: no rounding of the size, no alignment, no clearing.
+template <class E>
+E* typed_malloc(int32_t len) {
+  constexpr uint32_t kMaxLen = INT32_MAX / sizeof(E);
+  if (static_cast<uint32_t>(len) - 1u > kMaxLen - 1u) return nullptr;
+  return static_cast<E*>(ZIVK_Malloc(len * static_cast<int32_t>(sizeof(E))));
+}
+
+}  // namespace
+
+#define ZIVKS_MALLOC(code, type) \
+  ZIVKS_EXPORT type* ZIVKS_Malloc_##code(int32_t len) { return typed_malloc<type>(len); }
+
+ZIVKS_MALLOC(8u, uint8_t)
+ZIVKS_MALLOC(8s, int8_t)
+ZIVKS_MALLOC(16u, uint16_t)
+ZIVKS_MALLOC(16s, int16_t)
+ZIVKS_MALLOC(8sc, ZIVK8sc)
+ZIVKS_MALLOC(32u, uint32_t)
+ZIVKS_MALLOC(32s, int32_t)
+ZIVKS_MALLOC(32f, float)
+ZIVKS_MALLOC(16sc, ZIVK16sc)
+ZIVKS_MALLOC(64u, uint64_t)
+ZIVKS_MALLOC(64s, int64_t)
+ZIVKS_MALLOC(64f, double)
+ZIVKS_MALLOC(32sc, ZIVK32sc)
+ZIVKS_MALLOC(32fc, ZIVK32fc)
+ZIVKS_MALLOC(64sc, ZIVK64sc)
+ZIVKS_MALLOC(64fc, ZIVK64fc)
+
+// Passed on without a test: what the core does with null is the core's matter.
+ZIVKS_EXPORT void ZIVKS_Free(void* ptr) { ZIVK_Free(ptr); }
+
+ZIVKS_EXPORT const ZIVKLibVersion* ZIVKS_GetLibVersion(void) { return ZIVK_GetLibVersion(); }
+
+ZIVKS_EXPORT const char* ZIVKS_GetStatusString(ZIVKStatus status) {
+  return ZIVK_GetStatusString(status);
+}

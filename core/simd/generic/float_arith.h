@@ -1,0 +1,24 @@
+// Generic backend: float lane arithmetic, one IEEE operation per lane.
+#pragma once
+
+#include "core/fp.h"
+
+namespace zivks::simd {
+
+// fadd
+template <class T, int K>
+inline vec<T, K> add(const vec<T, K>& a, const vec<T, K>& b) {
+  vec<T, K> r;
+  for (int i = 0; i < vec<T, K>::kLanes; ++i) r.r.v[i] = fp::add(a.r.v[i], b.r.v[i]);
+  return r;
+}
+
+// fsub
+template <class T, int K>
+inline vec<T, K> sub(const vec<T, K>& a, const vec<T, K>& b) {
+  vec<T, K> r;
+  for (int i = 0; i < vec<T, K>::kLanes; ++i) r.r.v[i] = fp::sub(a.r.v[i], b.r.v[i]);
+  return r;
+}
+
+}  // namespace zivks::simd

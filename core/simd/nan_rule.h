@@ -1,0 +1,18 @@
+// Lanes whose result is NaN get the NaN that the Arm vector unit gives (see core/fp.h):
+// the x86 unit picks another one, and compilers may swap commutative operands. Results
+// without NaN never come here.
+#pragma once
+
+#include "core/fp.h"
+
+namespace zivks::simd {
+
+template <class V>
+[[gnu::cold, gnu::noinline]] V rebuild_nans(const V& r, const V& a, const V& b) {
+  lanes<V> lr(r), la(a), lb(b);
+  for (int i = 0; i < V::kLanes; ++i)
+    if (fp::is_nan(lr.v[i])) lr.v[i] = fp::nan_of(la.v[i], lb.v[i]);
+  return lr.get();
+}
+
+}  // namespace zivks::simd

@@ -1,0 +1,33 @@
+// x86 backend: a vector is an SSE register, or at levels v3 and v4 an AVX2 or AVX-512
+// register holding 2 or 4 blocks.
+#pragma once
+
+#include <immintrin.h>
+
+namespace zivks::simd {
+
+#if defined(__AVX512F__) && defined(__AVX512BW__) && defined(__AVX512DQ__) && defined(__AVX512VL__)
+inline constexpr int kWide = 4;
+#elif defined(__AVX2__)
+inline constexpr int kWide = 2;
+#else
+inline constexpr int kWide = 1;
+#endif
+
+template <int K> struct int_reg;
+template <> struct int_reg<1> { using type = __m128i; };
+template <> struct int_reg<2> { using type = __m256i; };
+template <> struct int_reg<4> { using type = __m512i; };
+
+template <class T, int K>
+struct reg {
+  using type = typename int_reg<K>::type;
+};
+template <> struct reg<float, 1> { using type = __m128; };
+template <> struct reg<float, 2> { using type = __m256; };
+template <> struct reg<float, 4> { using type = __m512; };
+template <> struct reg<double, 1> { using type = __m128d; };
+template <> struct reg<double, 2> { using type = __m256d; };
+template <> struct reg<double, 4> { using type = __m512d; };
+
+}  // namespace zivks::simd

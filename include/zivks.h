@@ -1,0 +1,180 @@
+/* zivks: exact vector primitives for signal processing and column batches.
+ *
+ * Every function works on caller-owned arrays and returns a ZIVKStatus (see
+ * zivk_core.h): 0 on success; on an error status nothing has been written.
+ *
+ * Conventions shared by all functions:
+ *  - Names are ZIVKS_<Operation>_<types>[_<modes>]: two type codes mean source then
+ *    destination; mode I is in place (the array srcDst is read and written), S is scaled.
+ *  - Arguments come as sources, then val, then the destination, then len, then the
+ *    family's own parameters. len counts elements; a complex number is one element.
+ *  - Checks come first and in a fixed order: a null required pointer gives
+ *    ZIVK_STS_NULL_PTR_ERR, then len < 1 gives ZIVK_STS_SIZE_ERR, then the family's
+ *    own parameters. A length of zero is an error, not an empty success.
+ *  - ZIVKS_Sub_* subtracts its first array from its second: dst[i] = src2[i] - src1[i].
+ *  - dst may equal a source of the same element width; other overlap gives no defined
+ *    result except in ZIVKS_Move_*.
+ *  - Arrays need only their element's natural alignment. */
+#ifndef ZIVKS_H
+#define ZIVKS_H
+
+#include <stdint.h>
+#include "zivk_core.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+#if defined(ZIVKS_BUILDING)
+#define ZIVKS_API __attribute__((visibility("default")))
+#else
+#define ZIVKS_API
+#endif
+
+/* Element selector of the sort, radix-sort and median-filter Init functions. */
+typedef enum ZIVKDataType {
+  ZIVK_DT_8U = 1,
+  ZIVK_DT_16U = 5,
+  ZIVK_DT_16S = 7,
+  ZIVK_DT_32U = 9,
+  ZIVK_DT_32S = 11,
+  ZIVK_DT_32F = 13,
+  ZIVK_DT_64U = 15,
+  ZIVK_DT_64S = 17,
+  ZIVK_DT_64F = 19
+} ZIVKDataType;
+
+/* Complex records: re then im, nothing between them. */
+typedef struct ZIVK8sc { int8_t re; int8_t im; } ZIVK8sc;
+typedef struct ZIVK16sc { int16_t re; int16_t im; } ZIVK16sc;
+typedef struct ZIVK32sc { int32_t re; int32_t im; } ZIVK32sc;
+typedef struct ZIVK64sc { int64_t re; int64_t im; } ZIVK64sc;
+typedef struct ZIVK32fc { float re; float im; } ZIVK32fc;
+typedef struct ZIVK64fc { double re; double im; } ZIVK64fc;
+
+/* ---- Allocation, version and status text ------------------------------------
+ * ZIVKS_Malloc_<T>(len) returns uninitialised memory for len elements through
+ * ZIVK_Malloc, or null: for len < 1, for len times the element size above INT32_MAX
+ * (without calling anything), or when ZIVK_Malloc fails. Free with ZIVKS_Free. */
+ZIVKS_API uint8_t* ZIVKS_Malloc_8u(int32_t len);
+ZIVKS_API int8_t* ZIVKS_Malloc_8s(int32_t len);
+ZIVKS_API uint16_t* ZIVKS_Malloc_16u(int32_t len);
+ZIVKS_API int16_t* ZIVKS_Malloc_16s(int32_t len);
+ZIVKS_API ZIVK8sc* ZIVKS_Malloc_8sc(int32_t len);
+ZIVKS_API uint32_t* ZIVKS_Malloc_32u(int32_t len);
+ZIVKS_API int32_t* ZIVKS_Malloc_32s(int32_t len);
+ZIVKS_API float* ZIVKS_Malloc_32f(int32_t len);
+ZIVKS_API ZIVK16sc* ZIVKS_Malloc_16sc(int32_t len);
+ZIVKS_API uint64_t* ZIVKS_Malloc_64u(int32_t len);
+ZIVKS_API int64_t* ZIVKS_Malloc_64s(int32_t len);
+ZIVKS_API double* ZIVKS_Malloc_64f(int32_t len);
+ZIVKS_API ZIVK32sc* ZIVKS_Malloc_32sc(int32_t len);
+ZIVKS_API ZIVK32fc* ZIVKS_Malloc_32fc(int32_t len);
+ZIVKS_API ZIVK64sc* ZIVKS_Malloc_64sc(int32_t len);
+ZIVKS_API ZIVK64fc* ZIVKS_Malloc_64fc(int32_t len);
+/* Calls ZIVK_Free(ptr) and nothing else. */
+ZIVKS_API void ZIVKS_Free(void* ptr);
+/* ZIVK_GetLibVersion() and ZIVK_GetStatusString(status), passed on unchanged. */
+ZIVKS_API const ZIVKLibVersion* ZIVKS_GetLibVersion(void);
+ZIVKS_API const char* ZIVKS_GetStatusString(ZIVKStatus status);
+
+/* ---- Copy, Move, Set and Zero ----------------------------------------------------
+ * Elements are raw bits: NaN payloads, signed zeros and denormals pass unchanged.
+ * Copy walks forward and is not overlap-safe; Move gives the result of copying the
+ * source aside first, for any overlap. */
+ZIVKS_API ZIVKStatus ZIVKS_Copy_8u(const uint8_t* src, uint8_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Copy_16s(const int16_t* src, int16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Copy_32s(const int32_t* src, int32_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Copy_32f(const float* src, float* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Copy_64s(const int64_t* src, int64_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Copy_64f(const double* src, double* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Copy_16sc(const ZIVK16sc* src, ZIVK16sc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Copy_32sc(const ZIVK32sc* src, ZIVK32sc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Copy_32fc(const ZIVK32fc* src, ZIVK32fc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Copy_64sc(const ZIVK64sc* src, ZIVK64sc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Copy_64fc(const ZIVK64fc* src, ZIVK64fc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Move_8u(const uint8_t* src, uint8_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Move_16s(const int16_t* src, int16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Move_32s(const int32_t* src, int32_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Move_32f(const float* src, float* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Move_64s(const int64_t* src, int64_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Move_64f(const double* src, double* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Move_16sc(const ZIVK16sc* src, ZIVK16sc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Move_32sc(const ZIVK32sc* src, ZIVK32sc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Move_32fc(const ZIVK32fc* src, ZIVK32fc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Move_64sc(const ZIVK64sc* src, ZIVK64sc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Move_64fc(const ZIVK64fc* src, ZIVK64fc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Set_8u(uint8_t val, uint8_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Set_16s(int16_t val, int16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Set_32s(int32_t val, int32_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Set_32f(float val, float* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Set_64s(int64_t val, int64_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Set_64f(double val, double* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Set_16sc(ZIVK16sc val, ZIVK16sc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Set_32sc(ZIVK32sc val, ZIVK32sc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Set_32fc(ZIVK32fc val, ZIVK32fc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Set_64sc(ZIVK64sc val, ZIVK64sc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Set_64fc(ZIVK64fc val, ZIVK64fc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Zero_8u(uint8_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Zero_16s(int16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Zero_32s(int32_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Zero_32f(float* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Zero_64s(int64_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Zero_64f(double* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Zero_16sc(ZIVK16sc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Zero_32sc(ZIVK32sc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Zero_32fc(ZIVK32fc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Zero_64sc(ZIVK64sc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Zero_64fc(ZIVK64fc* dst, int32_t len);
+
+/* ---- Floating-point arithmetic ---------------------------------------------------
+ * One IEEE 754 operation per element (per part for complex types), in the element's
+ * precision, never fused. A NaN result carries the payload of a signalling operand
+ * first (quietened), else of the first NaN operand, else it is the positive default
+ * NaN. Sub: dst = src2 - src1; SubC: src - val; SubCRev: val - src. */
+ZIVKS_API ZIVKStatus ZIVKS_Add_32f(const float* src1, const float* src2, float* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Add_32f_I(const float* src, float* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Add_64f(const double* src1, const double* src2, double* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Add_64f_I(const double* src, double* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Add_32fc(const ZIVK32fc* src1, const ZIVK32fc* src2, ZIVK32fc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Add_32fc_I(const ZIVK32fc* src, ZIVK32fc* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Add_64fc(const ZIVK64fc* src1, const ZIVK64fc* src2, ZIVK64fc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Add_64fc_I(const ZIVK64fc* src, ZIVK64fc* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Sub_32f(const float* src1, const float* src2, float* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Sub_32f_I(const float* src, float* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Sub_64f(const double* src1, const double* src2, double* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Sub_64f_I(const double* src, double* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Sub_32fc(const ZIVK32fc* src1, const ZIVK32fc* src2, ZIVK32fc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Sub_32fc_I(const ZIVK32fc* src, ZIVK32fc* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Sub_64fc(const ZIVK64fc* src1, const ZIVK64fc* src2, ZIVK64fc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Sub_64fc_I(const ZIVK64fc* src, ZIVK64fc* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_AddC_32f(const float* src, float val, float* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_AddC_32f_I(float val, float* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_AddC_64f(const double* src, double val, double* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_AddC_64f_I(double val, double* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_AddC_32fc(const ZIVK32fc* src, ZIVK32fc val, ZIVK32fc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_AddC_32fc_I(ZIVK32fc val, ZIVK32fc* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_AddC_64fc(const ZIVK64fc* src, ZIVK64fc val, ZIVK64fc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_AddC_64fc_I(ZIVK64fc val, ZIVK64fc* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_SubC_32f(const float* src, float val, float* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_SubC_32f_I(float val, float* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_SubC_64f(const double* src, double val, double* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_SubC_64f_I(double val, double* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_SubC_32fc(const ZIVK32fc* src, ZIVK32fc val, ZIVK32fc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_SubC_32fc_I(ZIVK32fc val, ZIVK32fc* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_SubC_64fc(const ZIVK64fc* src, ZIVK64fc val, ZIVK64fc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_SubC_64fc_I(ZIVK64fc val, ZIVK64fc* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_SubCRev_32f(const float* src, float val, float* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_SubCRev_32f_I(float val, float* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_SubCRev_64f(const double* src, double val, double* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_SubCRev_64f_I(double val, double* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_SubCRev_32fc(const ZIVK32fc* src, ZIVK32fc val, ZIVK32fc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_SubCRev_32fc_I(ZIVK32fc val, ZIVK32fc* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_SubCRev_64fc(const ZIVK64fc* src, ZIVK64fc val, ZIVK64fc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_SubCRev_64fc_I(ZIVK64fc val, ZIVK64fc* srcDst, int32_t len);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* ZIVKS_H */
