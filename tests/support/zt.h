@@ -102,3 +102,11 @@ struct CoreRecord {
 CoreRecord& core_record();
 
 }  // namespace zt
+
+namespace zt {
+// The float type of an element's parts.
+template <class E> struct part_of_t { using type = E; };
+template <> struct part_of_t<ZIVK32fc> { using type = float; };
+template <> struct part_of_t<ZIVK64fc> { using type = double; };
+template <class E> using part_of = typename part_of_t<E>::type;
+}  // namespace zt

@@ -1,0 +1,49 @@
+# Shared by the scripts: install what a fresh Debian machine lacks, and build in a
+# folder of build/ with the given CMake options.
+set -euo pipefail
+ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+JOBS=${JOBS:-$(nproc)}
+
+# ensure_packages PKG... : apt-get install the ones that are missing (as root).
+ensure_packages() {
+  local missing=()
+  for p in "$@"; do
+    dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
+  done
+  [ ${#missing[@]} -eq 0 ] && return 0
+  if [ "$(id -u)" -ne 0 ]; then
+    echo "missing Debian packages: ${missing[*]} (run as root, or install them)" >&2
+    return 1
+  fi
+  echo "installing: ${missing[*]}"
+  DEBIAN_FRONTEND=noninteractive apt-get update -qq
+  DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+}
+
+BASE_PACKAGES=(g++ cmake ninja-build pkg-config libgtest-dev googletest binutils)
+
+# configure_and_build DIR CMAKE-OPTIONS... : an incremental build in $ROOT/build/DIR.
+configure_and_build() {
+  local dir=$ROOT/build/$1
+  shift
+  cmake -S "$ROOT" -B "$dir" -G Ninja "$@" >/dev/null
+  cmake --build "$dir" -j "$JOBS"
+}
+
+# run_tests DIR : the suite through CTest, with the runner's summary lines.
+run_tests() {
+  (cd "$ROOT/build/$1" && ctest --output-on-failure -j 2)
+}
+
+# The best x86-64 level of this machine: v4 (AVX-512), v3 (AVX2) or v2.
+best_x86_level() {
+  local flags
+  flags=$(grep -m1 '^flags' /proc/cpuinfo)
+  if [[ $flags == *avx512f* && $flags == *avx512bw* && $flags == *avx512dq* && $flags == *avx512vl* ]]; then
+    echo v4
+  elif [[ $flags == *avx2* && $flags == *fma* && $flags == *bmi2* ]]; then
+    echo v3
+  else
+    echo v2
+  fi
+}
