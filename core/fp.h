@@ -73,4 +73,10 @@ inline F sub(F a, F b) {
   return r == r ? r : nan_of(a, b);
 }
 
+template <class F>
+inline F mul(F a, F b) {
+  const F r = a * b;
+  return r == r ? r : nan_of(a, b);
+}
+
 }  // namespace zivks::fp

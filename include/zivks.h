@@ -44,6 +44,14 @@ typedef enum ZIVKDataType {
   ZIVK_DT_64F = 19
 } ZIVKDataType;
 
+/* Rounding selector of the scaled conversions, passed as a 32-bit value and compared as
+ * unsigned: anything above 2, negative values included, is refused. */
+typedef enum ZIVKRoundMode {
+  ZIVK_RND_ZERO = 0, /* truncate toward zero */
+  ZIVK_RND_NEAR = 1, /* to nearest, a tie to the even neighbour */
+  ZIVK_RND_AWAY = 2  /* to nearest, a tie away from zero */
+} ZIVKRoundMode;
+
 /* Complex records: re then im, nothing between them. */
 typedef struct ZIVK8sc { int8_t re; int8_t im; } ZIVK8sc;
 typedef struct ZIVK16sc { int16_t re; int16_t im; } ZIVK16sc;
@@ -172,6 +180,81 @@ ZIVKS_API ZIVKStatus ZIVKS_SubCRev_32fc(const ZIVK32fc* src, ZIVK32fc val, ZIVK3
 ZIVKS_API ZIVKStatus ZIVKS_SubCRev_32fc_I(ZIVK32fc val, ZIVK32fc* srcDst, int32_t len);
 ZIVKS_API ZIVKStatus ZIVKS_SubCRev_64fc(const ZIVK64fc* src, ZIVK64fc val, ZIVK64fc* dst, int32_t len);
 ZIVKS_API ZIVKStatus ZIVKS_SubCRev_64fc_I(ZIVK64fc val, ZIVK64fc* srcDst, int32_t len);
+
+/* ---- Plain integer arithmetic and absolute value ---------------------------------
+ * Exact results, then saturation to the element type; the widening forms cannot
+ * overflow. The one exception is ZIVKS_Add_16s32s_I, which wraps modulo 2^32.
+ * Abs of the most negative integer gives the largest positive one; the float Abs only
+ * clears the sign bit (NaN payloads stay). Sub: dst = src2 - src1, in place
+ * srcDst - src; SubC: srcDst - val. */
+ZIVKS_API ZIVKStatus ZIVKS_Abs_16s(const int16_t* src, int16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Abs_16s_I(int16_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Abs_32s(const int32_t* src, int32_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Abs_32s_I(int32_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Abs_32f(const float* src, float* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Abs_32f_I(float* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Abs_64f(const double* src, double* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Abs_64f_I(double* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Add_8u16u(const uint8_t* src1, const uint8_t* src2, uint16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Add_16u(const uint16_t* src1, const uint16_t* src2, uint16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Add_32u(const uint32_t* src1, const uint32_t* src2, uint32_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Add_32u_I(const uint32_t* src, uint32_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Add_16s(const int16_t* src1, const int16_t* src2, int16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Add_16s_I(const int16_t* src, int16_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Sub_16s(const int16_t* src1, const int16_t* src2, int16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Sub_16s_I(const int16_t* src, int16_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Add_16s32f(const int16_t* src1, const int16_t* src2, float* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Sub_16s32f(const int16_t* src1, const int16_t* src2, float* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Add_16s32s_I(const int16_t* src, int32_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_AddC_16s_I(int16_t val, int16_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_SubC_16s_I(int16_t val, int16_t* srcDst, int32_t len);
+
+/* ---- Scaled saturating element-wise arithmetic ------------------------------------
+ * dst = saturate(round(x * M)), x the exact src1 + src2 (Add) or src2 - src1 (Sub; in
+ * place srcDst + src and srcDst - src), M the power of two that scale selects:
+ * 2^e with e = log2(1 / scale) truncated toward zero (scale 3 acts as 2, anything
+ * between 0.5 and 2 as 1). Ties go to the even neighbour. scale must be positive and
+ * finite (else ZIVK_STS_SCALE_ERR, after the pointer and length checks). For scales at
+ * or below 2^-128 the left-shifting members (8u and 16u) treat whole blocks and the
+ * tail differently; ZIVKS_Sub_8u_S and _IS narrow in two steps within each group of 8
+ * of a 64-element block, which shows only for scales at or below 2^-9. */
+ZIVKS_API ZIVKStatus ZIVKS_Add_8u_S(const uint8_t* src1, const uint8_t* src2, uint8_t* dst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_Add_8u_IS(const uint8_t* src, uint8_t* srcDst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_Add_16u_S(const uint16_t* src1, const uint16_t* src2, uint16_t* dst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_Add_16u_IS(const uint16_t* src, uint16_t* srcDst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_Add_16s_S(const int16_t* src1, const int16_t* src2, int16_t* dst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_Add_16s_IS(const int16_t* src, int16_t* srcDst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_Add_32s_S(const int32_t* src1, const int32_t* src2, int32_t* dst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_Add_32s_IS(const int32_t* src, int32_t* srcDst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_Sub_8u_S(const uint8_t* src1, const uint8_t* src2, uint8_t* dst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_Sub_8u_IS(const uint8_t* src, uint8_t* srcDst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_Sub_16u_S(const uint16_t* src1, const uint16_t* src2, uint16_t* dst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_Sub_16u_IS(const uint16_t* src, uint16_t* srcDst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_Sub_16s_S(const int16_t* src1, const int16_t* src2, int16_t* dst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_Sub_16s_IS(const int16_t* src, int16_t* srcDst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_Sub_32s_S(const int32_t* src1, const int32_t* src2, int32_t* dst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_Sub_32s_IS(const int32_t* src, int32_t* srcDst, int32_t len, double scale);
+
+/* ---- Floating-point to integer conversions ----------------------------------------
+ * dst[i] = saturate(round(src[i] * M)) with M the power of two that scale selects (as
+ * above), the product made in the source's precision, rounded by rndMode. NaN gives 0,
+ * out-of-range values the target's bound. Checks: pointers, len, then rndMode above 2
+ * (compared as unsigned) gives ZIVK_STS_ROUND_MODE_ERR for a signed target and
+ * ZIVK_STS_ROUND_RANGE_ERR for an unsigned one, then scale. With ZIVK_RND_NEAR, two
+ * float64 inputs round differently in the tail (the last len mod block elements) than
+ * in whole blocks: |p| = 0.49999999999999994 gives 1 there, and into int64 an odd whole
+ * |p| from 2^52 to 2^53 moves one step away from zero. */
+ZIVKS_API ZIVKStatus ZIVKS_Convert_32f8u_S(const float* src, uint8_t* dst, int32_t len, ZIVKRoundMode rndMode, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_Convert_32f16u_S(const float* src, uint16_t* dst, int32_t len, ZIVKRoundMode rndMode, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_Convert_64f8u_S(const double* src, uint8_t* dst, int32_t len, ZIVKRoundMode rndMode, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_Convert_64f16u_S(const double* src, uint16_t* dst, int32_t len, ZIVKRoundMode rndMode, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_Convert_32f8s_S(const float* src, int8_t* dst, int32_t len, ZIVKRoundMode rndMode, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_Convert_32f16s_S(const float* src, int16_t* dst, int32_t len, ZIVKRoundMode rndMode, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_Convert_32f32s_S(const float* src, int32_t* dst, int32_t len, ZIVKRoundMode rndMode, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_Convert_64f8s_S(const double* src, int8_t* dst, int32_t len, ZIVKRoundMode rndMode, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_Convert_64f16s_S(const double* src, int16_t* dst, int32_t len, ZIVKRoundMode rndMode, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_Convert_64f32s_S(const double* src, int32_t* dst, int32_t len, ZIVKRoundMode rndMode, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_Convert_64f64s_S(const double* src, int64_t* dst, int32_t len, ZIVKRoundMode rndMode, double scale);
 
 #ifdef __cplusplus
 }

@@ -53,6 +53,21 @@ inline void store(T* p, const vec<T, K>& v) {
   memcpy(p, &v.r, sizeof v.r);
 }
 
+// The low 8 bytes, the upper half cleared (ldr d).
+template <class V>
+inline V load_lo(const typename V::lane* p) {
+  V v;
+  memset(&v.r, 0, sizeof v.r);
+  memcpy(&v.r, p, 8);
+  return v;
+}
+
+// The low 8 bytes of v (str d).
+template <class T>
+inline void store_lo(T* p, const vec<T, 1>& v) {
+  memcpy(p, &v.r, 8);
+}
+
 // Every lane x (dup).
 template <class V>
 inline V splat(typename V::lane x) {
@@ -97,8 +112,14 @@ inline void prefetch_stream(const void* p) { __builtin_prefetch(p, 0, 0); }
 
 #if defined(ZIVKS_BACKEND_NEON)
 #include "core/simd/neon/float_arith.h"
+#include "core/simd/neon/int_arith.h"
+#include "core/simd/neon/convert.h"
 #elif defined(ZIVKS_BACKEND_X86)
 #include "core/simd/x86/float_arith.h"
+#include "core/simd/x86/int_arith.h"
+#include "core/simd/x86/convert.h"
 #else
 #include "core/simd/generic/float_arith.h"
+#include "core/simd/generic/int_arith.h"
+#include "core/simd/generic/convert.h"
 #endif

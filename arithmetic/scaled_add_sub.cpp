@@ -1,0 +1,306 @@
+// Add and Sub of two integer arrays with a scale: r = saturate(round(x * M)) with x the
+// exact sum or difference and M the power of two that scale selects. The members are
+// not copies of one another: each has its own paths, blocks and prefetch distances.
+//   Add_16s, Sub_16s, Add_32s, Sub_32s: one multiplying path for every scale.
+//   Add_8u, Add_16u, Sub_16u: three paths chosen once from the shift s = -e: no scaling
+//     at s = 0, a multiply for s > 0, a saturating left shift by k = -s for s < 0.
+//   Sub_8u: the multiplying path only, even at s = 0, with a two-step narrowing.
+// The left shifts of a block take their count from the low byte of k read as a signed
+// number, so from k = 128 the block shifts right (rounding half up) while the tail's
+// float32 M is infinite and saturates; that difference is kept.
+#include "core/frame.h"
+#include "core/scale.h"
+
+namespace {
+
+using namespace zivks;
+using rounding::Mode;
+
+enum class Op { kAdd, kSub };
+
+// The exact x of element i: src1 + src2, or src2 - src1 (the first array is the
+// subtrahend), as a signed integer.
+template <Op op, class T>
+inline int64_t exact(const T* src1, const T* src2, int64_t i) {
+  return op == Op::kAdd ? int64_t{src1[i]} + int64_t{src2[i]} : int64_t{src2[i]} - int64_t{src1[i]};
+}
+
+template <Op op, class V>
+inline V wrap(const V& a, const V& b) {
+  return op == Op::kAdd ? simd::add_wrap(a, b) : simd::sub_wrap(b, a);
+}
+
+template <class P>
+inline void prefetch(const P* p, int64_t i, int bytes) {
+  simd::prefetch_stream(reinterpret_cast<const char*>(p + i) + bytes);
+}
+
+struct Scaled {
+  int32_t e;
+  ZIVKStatus st;
+};
+
+inline Scaled check(int32_t len, double scale, const void* a, const void* b, const void* d) {
+  if (const ZIVKStatus st = check_ptrs_len(len, a, b, d)) return {0, st};
+  if (const ZIVKStatus st = scale::check(scale)) return {0, st};
+  return {scale::exponent(scale), ZIVK_STS_NO_ERR};
+}
+
+// int16 and int32: widen, add or subtract, convert to float32 (int16) or float64
+// (int32), multiply by M, round to nearest even, narrow with saturation. 4 int16 or 2
+// int32 elements a block, for every scale.
+template <Op op, class T>
+ZIVKStatus signed_scaled(const T* src1, const T* src2, T* dst, int32_t len, double scale) {
+  const Scaled c = check(len, scale, src1, src2, dst);
+  if (c.st) return c.st;
+  using F = std::conditional_t<sizeof(T) == 2, float, double>;
+  using W = std::conditional_t<sizeof(T) == 2, int32_t, int64_t>;
+  using VW = simd::vec<W>;
+  const F m = scale::multiplier<F>(c.e);
+  const auto mv = simd::splat<simd::vec<F>>(m);
+  for_single_blocks<VW::kLanes>(
+      len,
+      [&](int64_t i, auto) {
+        const VW x = wrap<op>(simd::load_widen<VW>(src1 + i), simd::load_widen<VW>(src2 + i));
+        const VW r = simd::cvt_sat<W, Mode::kNear>(simd::mul(simd::cvt_to_float<F>(x), mv));
+        simd::store_lo(dst + i, simd::narrow_sat<T>(r, r));
+      },
+      [&](int64_t i) { dst[i] = rounding::tail<T>(static_cast<F>(exact<op>(src1, src2, i)) * m); });
+  return ZIVK_STS_NO_ERR;
+}
+
+// Add_8u_S. s = 0: saturating 8-bit add, 16 a block. s > 0: the sum widened to 16 bits,
+// multiplied and rounded, 8 a block; the lanes are half precision, which float32 lanes
+// reproduce exactly (a sum is at most 510, and any product that can round above 0 is
+// exact in both). s < 0: the sum shifted left, saturating at 65535, 8 a block.
+ZIVKStatus add_8u_s(const uint8_t* src1, const uint8_t* src2, uint8_t* dst, int32_t len, double scale) {
+  const Scaled c = check(len, scale, src1, src2, dst);
+  if (c.st) return c.st;
+  using V8 = simd::vec<uint8_t>;
+  using V16 = simd::vec<uint16_t>;
+  if (c.e == 0) {
+    for_single_blocks<16>(
+        len,
+        [&](int64_t i, auto) {
+          prefetch(src1, i, 512);
+          prefetch(src2, i, 512);
+          simd::store(dst + i, simd::add_sat(simd::load<V8>(src1 + i), simd::load<V8>(src2 + i)));
+        },
+        [&](int64_t i) {
+          const int x = src1[i] + src2[i];
+          dst[i] = static_cast<uint8_t>(x > 255 ? 255 : x);
+        });
+    return ZIVK_STS_NO_ERR;
+  }
+  const float m = scale::multiplier<float>(c.e);
+  if (c.e < 0) {
+    const auto mv = simd::splat<simd::vec<float>>(m);
+    auto scaled = [&](const V16& x) {
+      const auto lo = simd::cvt_sat<int32_t, Mode::kNear>(
+          simd::mul(simd::cvt_to_float<float>(simd::widen_lo<uint32_t>(x)), mv));
+      const auto hi = simd::cvt_sat<int32_t, Mode::kNear>(
+          simd::mul(simd::cvt_to_float<float>(simd::widen_hi<uint32_t>(x)), mv));
+      return simd::narrow_sat<uint16_t>(lo, hi);
+    };
+    for_single_blocks<8>(
+        len,
+        [&](int64_t i, auto) {
+          prefetch(src1, i, 256);
+          prefetch(src2, i, 256);
+          prefetch(dst, i, 256);
+          const V16 r = scaled(simd::add_wrap(simd::load_widen<V16>(src1 + i), simd::load_widen<V16>(src2 + i)));
+          simd::store_lo(dst + i, simd::narrow_sat<uint8_t>(r, r));
+        },
+        [&](int64_t i) { dst[i] = rounding::tail<uint8_t>(static_cast<float>(src1[i] + src2[i]) * m); });
+    return ZIVK_STS_NO_ERR;
+  }
+  const int32_t k = c.e;
+  for_single_blocks<8>(
+      len,
+      [&](int64_t i, auto) {
+        prefetch(src1, i, 256);
+        prefetch(src2, i, 256);
+        const V16 x = simd::add_wrap(simd::load_widen<V16>(src1 + i), simd::load_widen<V16>(src2 + i));
+        const V16 r = simd::shl_sat_round_by_low_byte(x, k);
+        simd::store_lo(dst + i, simd::narrow_sat<uint8_t>(r, r));
+      },
+      // x * M is whole (or infinite, or NaN for 0 times infinity): truncating is exact.
+      [&](int64_t i) { dst[i] = rounding::tail_zero<uint8_t>(static_cast<float>(src1[i] + src2[i]) * m); });
+  return ZIVK_STS_NO_ERR;
+}
+
+// Add_16u_S. s = 0 is Add_16u itself. Otherwise 4 elements a block, widened to 32 bits:
+// s > 0 multiplies in float32; s < 0 shifts left saturating at 2^32 - 1. Both narrow
+// with saturation.
+ZIVKStatus add_16u_s(const uint16_t* src1, const uint16_t* src2, uint16_t* dst, int32_t len, double scale) {
+  const Scaled c = check(len, scale, src1, src2, dst);
+  if (c.st) return c.st;
+  if (c.e == 0) return ZIVKS_Add_16u(src1, src2, dst, len);
+  using V32 = simd::vec<uint32_t>;
+  const float m = scale::multiplier<float>(c.e);
+  auto tail = [&](int64_t i) { dst[i] = rounding::tail<uint16_t>(static_cast<float>(src1[i] + src2[i]) * m); };
+  if (c.e < 0) {
+    const auto mv = simd::splat<simd::vec<float>>(m);
+    for_single_blocks<4>(
+        len,
+        [&](int64_t i, auto) {
+          prefetch(src1, i, 512);
+          prefetch(src2, i, 512);
+          const V32 x = simd::add_wrap(simd::load_widen<V32>(src1 + i), simd::load_widen<V32>(src2 + i));
+          const auto r = simd::cvt_sat<int32_t, Mode::kNear>(simd::mul(simd::cvt_to_float<float>(x), mv));
+          simd::store_lo(dst + i, simd::narrow_sat<uint16_t>(r, r));
+        },
+        tail);
+    return ZIVK_STS_NO_ERR;
+  }
+  const int32_t k = c.e;
+  for_single_blocks<4>(
+      len,
+      [&](int64_t i, auto) {
+        prefetch(src1, i, 512);
+        prefetch(src2, i, 512);
+        const V32 x = simd::add_wrap(simd::load_widen<V32>(src1 + i), simd::load_widen<V32>(src2 + i));
+        const V32 r = simd::shl_sat_round_by_low_byte(x, k);
+        simd::store_lo(dst + i, simd::narrow_sat<uint16_t>(r, r));
+      },
+      tail);
+  return ZIVK_STS_NO_ERR;
+}
+
+// The rounded products r of 8 consecutive elements, as 32-bit unsigned lanes, narrowed
+// in two steps: the first four saturate to 16 bits, the last four keep their low 16 bits
+// (so an r of 65536 or more there wraps), then all eight saturate to 8 or stay 16 bits.
+inline simd::vec<uint16_t> scaled_group(const simd::vec<uint16_t>& d, const simd::vec<float>& mv) {
+  const auto lo = simd::cvt_sat<uint32_t, Mode::kNear>(
+      simd::mul(simd::cvt_to_float<float>(simd::widen_lo<uint32_t>(d)), mv));
+  const auto hi = simd::cvt_sat<uint32_t, Mode::kNear>(
+      simd::mul(simd::cvt_to_float<float>(simd::widen_hi<uint32_t>(d)), mv));
+  return simd::narrow_sat_low_wrap_high(lo, hi);
+}
+
+// Sub_8u_S and Sub_8u_IS: saturating 8-bit difference, widened to 32 bits, multiplied in
+// float32, rounded, narrowed in two steps; 64 elements a block, for every scale (also
+// s = 0, where M is 1: there is no shift path and no unscaled path). The tail subtracts
+// as signed integers, and a negative product gives 0.
+ZIVKStatus sub_8u_s(const uint8_t* src1, const uint8_t* src2, uint8_t* dst, int32_t len, double scale) {
+  const Scaled c = check(len, scale, src1, src2, dst);
+  if (c.st) return c.st;
+  using V8 = simd::vec<uint8_t>;
+  const float m = scale::multiplier<float>(c.e);
+  const auto mv = simd::splat<simd::vec<float>>(m);
+  for_single_blocks<64>(
+      len,
+      [&](int64_t i, auto) {
+        prefetch(src1, i, 512);
+        prefetch(src2, i, 512);
+        prefetch(dst, i, 512);
+        V8 r[4];
+        for (int j = 0; j < 4; ++j) {
+          const V8 d = simd::sub_sat(simd::load<V8>(src2 + i + 16 * j), simd::load<V8>(src1 + i + 16 * j));
+          r[j] = simd::narrow_sat<uint8_t>(scaled_group(simd::widen_lo<uint16_t>(d), mv),
+                                           scaled_group(simd::widen_hi<uint16_t>(d), mv));
+        }
+        for (int j = 0; j < 4; ++j) simd::store(dst + i + 16 * j, r[j]);
+      },
+      [&](int64_t i) { dst[i] = rounding::tail<uint8_t>(static_cast<float>(exact<Op::kSub>(src1, src2, i)) * m); });
+  return ZIVK_STS_NO_ERR;
+}
+
+// Sub_16u_S and Sub_16u_IS: 32 elements a block, three paths from s, all starting with
+// the saturating 16-bit difference: none more at s = 0; for s > 0 a float32 multiply
+// and the two-step narrowing (M is below 1 there, so it never wraps); for s < 0 a left
+// shift saturating at 65535.
+ZIVKStatus sub_16u_s(const uint16_t* src1, const uint16_t* src2, uint16_t* dst, int32_t len, double scale) {
+  const Scaled c = check(len, scale, src1, src2, dst);
+  if (c.st) return c.st;
+  using V = simd::vec<uint16_t>;
+  constexpr int kVecs = 4;
+  auto diff = [&](int64_t i, int j) {
+    return simd::sub_sat(simd::load<V>(src2 + i + 8 * j), simd::load<V>(src1 + i + 8 * j));
+  };
+  auto x = [&](int64_t i) { return static_cast<float>(exact<Op::kSub>(src1, src2, i)); };
+  auto blocks = [&](auto&& step, auto&& tail, bool prefetch_dst) {
+    for_single_blocks<32>(
+        len,
+        [&](int64_t i, auto) {
+          prefetch(src1, i, 1024);
+          prefetch(src2, i, 1024);
+          if (prefetch_dst) prefetch(dst, i, 1024);
+          V r[kVecs];
+          for (int j = 0; j < kVecs; ++j) r[j] = step(diff(i, j));
+          for (int j = 0; j < kVecs; ++j) simd::store(dst + i + 8 * j, r[j]);
+        },
+        tail);
+  };
+  if (c.e == 0) {
+    blocks([](const V& d) { return d; }, [&](int64_t i) { dst[i] = rounding::tail<uint16_t>(x(i)); }, false);
+  } else if (c.e < 0) {
+    const float m = scale::multiplier<float>(c.e);
+    const auto mv = simd::splat<simd::vec<float>>(m);
+    blocks([&](const V& d) { return scaled_group(d, mv); },
+           [&](int64_t i) { dst[i] = rounding::tail<uint16_t>(x(i) * m); }, true);
+  } else {
+    const int32_t k = c.e;
+    // 2^k for every tail element; computing it once gives the same value.
+    const float m = static_cast<float>(pow(2.0, static_cast<double>(k)));
+    blocks([&](const V& d) { return simd::shl_sat_round_by_low_byte(d, k); },
+           [&](int64_t i) { dst[i] = rounding::tail<uint16_t>(x(i) * m); }, false);
+  }
+  return ZIVK_STS_NO_ERR;
+}
+
+}  // namespace
+
+ZIVKS_EXPORT ZIVKStatus ZIVKS_Add_8u_S(const uint8_t* src1, const uint8_t* src2, uint8_t* dst, int32_t len,
+                                       double scale) {
+  return add_8u_s(src1, src2, dst, len, scale);
+}
+ZIVKS_EXPORT ZIVKStatus ZIVKS_Add_16u_S(const uint16_t* src1, const uint16_t* src2, uint16_t* dst, int32_t len,
+                                        double scale) {
+  return add_16u_s(src1, src2, dst, len, scale);
+}
+ZIVKS_EXPORT ZIVKStatus ZIVKS_Add_16s_S(const int16_t* src1, const int16_t* src2, int16_t* dst, int32_t len,
+                                        double scale) {
+  return signed_scaled<Op::kAdd>(src1, src2, dst, len, scale);
+}
+ZIVKS_EXPORT ZIVKStatus ZIVKS_Add_32s_S(const int32_t* src1, const int32_t* src2, int32_t* dst, int32_t len,
+                                        double scale) {
+  return signed_scaled<Op::kAdd>(src1, src2, dst, len, scale);
+}
+ZIVKS_EXPORT ZIVKStatus ZIVKS_Sub_8u_S(const uint8_t* src1, const uint8_t* src2, uint8_t* dst, int32_t len,
+                                       double scale) {
+  return sub_8u_s(src1, src2, dst, len, scale);
+}
+ZIVKS_EXPORT ZIVKStatus ZIVKS_Sub_16u_S(const uint16_t* src1, const uint16_t* src2, uint16_t* dst, int32_t len,
+                                        double scale) {
+  return sub_16u_s(src1, src2, dst, len, scale);
+}
+ZIVKS_EXPORT ZIVKStatus ZIVKS_Sub_16s_S(const int16_t* src1, const int16_t* src2, int16_t* dst, int32_t len,
+                                        double scale) {
+  return signed_scaled<Op::kSub>(src1, src2, dst, len, scale);
+}
+ZIVKS_EXPORT ZIVKStatus ZIVKS_Sub_32s_S(const int32_t* src1, const int32_t* src2, int32_t* dst, int32_t len,
+                                        double scale) {
+  return signed_scaled<Op::kSub>(src1, src2, dst, len, scale);
+}
+
+// The in-place forms call their twin with the pointer twice, except Sub_8u_IS and
+// Sub_16u_IS, which have a body of their own (same paths, blocks and results).
+#define ZIVKS_SCALED_I(name, code, type)                                                          \
+  ZIVKS_EXPORT ZIVKStatus ZIVKS_##name##_##code##_IS(const type* src, type* srcDst, int32_t len,  \
+                                                     double scale) {                              \
+    return ZIVKS_##name##_##code##_S(src, srcDst, srcDst, len, scale);                            \
+  }
+ZIVKS_SCALED_I(Add, 8u, uint8_t)
+ZIVKS_SCALED_I(Add, 16u, uint16_t)
+ZIVKS_SCALED_I(Add, 16s, int16_t)
+ZIVKS_SCALED_I(Add, 32s, int32_t)
+ZIVKS_SCALED_I(Sub, 16s, int16_t)
+ZIVKS_SCALED_I(Sub, 32s, int32_t)
+
+ZIVKS_EXPORT ZIVKStatus ZIVKS_Sub_8u_IS(const uint8_t* src, uint8_t* srcDst, int32_t len, double scale) {
+  return sub_8u_s(src, srcDst, srcDst, len, scale);
+}
+ZIVKS_EXPORT ZIVKStatus ZIVKS_Sub_16u_IS(const uint16_t* src, uint16_t* srcDst, int32_t len, double scale) {
+  return sub_16u_s(src, srcDst, srcDst, len, scale);
+}
