@@ -93,7 +93,7 @@ void check_binary(const char* name, ZIVKStatus (*fn)(const S*, const S*, D*, int
   for (int len : zt::test_lengths()) {
     const size_t mis = rng() % 2 ? sizeof(S) : 0;
     zt::Guarded<S> a(len, mis), b(len);
-    zt::Guarded<D> d(len, mis), t(len), ip(len);
+    zt::Guarded<D> d(len, mis ? sizeof(D) : 0), t(len), ip(len);
     fill(a.data(), len, rng);
     fill(b.data(), len, rng);
     ASSERT_EQ(fn(a.data(), b.data(), d.data(), len), 0);
