@@ -15,6 +15,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <cmath>
 #include <fstream>
 #include <map>
@@ -101,12 +102,19 @@ void* twin() {
 
 // ---- sizes and results ----------------------------------------------------------------
 
+// Bytes of the widest array of a call at each size.
 struct Size {
   const char* name;
-  int32_t n;
+  size_t bytes;
   bool cached;  // the targets on the baseline hold at cached sizes
 };
-const Size kSizes[] = {{"L1", 1 << 10, true}, {"L2", 1 << 16, true}, {"MEM", 1 << 24, false}};
+const Size kSizes[] = {{"L1", size_t{4} << 10, true},
+                       {"L2", size_t{256} << 10, true},
+                       {"MEM", size_t{64} << 20, false}};
+
+int32_t elements(const Case& c, int size_index) {
+  return static_cast<int32_t>(kSizes[size_index].bytes / std::max(c.in_bytes, c.elem_bytes));
+}
 
 enum Variant { kBase, kNative, kGeneric, kPeer, kVariants };
 const char* const kVariantNames[] = {"base", "native", "generic", "peer"};
@@ -217,7 +225,7 @@ void TableReporter::Finalize() {
       const auto& r = results()[ci][si];
       const double t = r[kNative].seconds;
       if (!(t > 0)) continue;
-      const double n = kSizes[si].n;
+      const double n = elements(c, si);
       const double speed = 1 / t;
       std::string notes = c.peer_name;
       auto check = [&](double base_seconds, double target, const char* what) {
@@ -233,7 +241,7 @@ void TableReporter::Finalize() {
         if (!c.peer_name.empty()) check(r[kPeer].seconds, 1.0, "peer");
       }
       printf("%-22s %-4s %10d %13s %13s %6s %8s %8s  %-8s %s\n", c.label.c_str(), kSizes[si].name,
-             kSizes[si].n, rate(n * speed, "el").c_str(),
+             elements(c, si), rate(n * speed, "el").c_str(),
              rate(n * c.elem_bytes * speed, "B").c_str(), kBaseName[c.baseline],
              ratio(speed, 1 / r[kBase].seconds).c_str(),
              ratio(speed, 1 / r[kGeneric].seconds).c_str(),
@@ -311,15 +319,15 @@ int main(int argc, char** argv) {
     const void* generic = twin() ? dlsym(twin(), c->symbol.c_str()) : nullptr;
     for (int si = 0; si < 3; ++si) {
       if (sizes.find(kSizes[si].name) == std::string::npos) continue;
-      const int32_t n = kSizes[si].n;
+      const int32_t n = elements(*c, si);
       for (int v = 0; v < kVariants; ++v) {
         if (v == kGeneric && generic == nullptr) continue;
         if (v == kPeer && !c->peer) continue;
         const std::string name =
             c->family + "/" + c->label + "/" + kSizes[si].name + "/" + kVariantNames[v];
         slots()[name] = Slot{ci, si, static_cast<Variant>(v)};
-        auto body = [c, n, v, generic](benchmark::State& st) {
-          pool().prepare(size_t{16} * static_cast<size_t>(n));
+        auto body = [c, n, v, si, generic](benchmark::State& st) {
+          pool().prepare(kSizes[si].bytes);
           const Arrays& a = pool().a;
           for (auto _ : st) {
             switch (v) {
