@@ -1,10 +1,13 @@
 // The harness: the shared arrays, the generic twin, the registration of every case at
 // every size next to its baseline, twin and peer, and the table of ratios.
 //
-//   zivks_bench [FILTER] [--min-time=S] [--sizes=L1,L2,MEM] [--list] [--verbose]
-//               [--benchmark_...]
+//   zivks_bench [FILTER] [--min-time=S] [--rounds=N] [--sizes=L1,L2,MEM] [--list]
+//               [--verbose] [--benchmark_...]
 // FILTER is a regular expression searched in "family/Label" (e.g. "float_add_sub" or
-// "Copy_(8u|32f)$"); the --benchmark_ flags go to Google Benchmark.
+// "Copy_(8u|32f)$"); the --benchmark_ flags go to Google Benchmark. Each case runs N
+// rounds (default 3) of at least S seconds (default 0.01; memory sizes 2.5 S), the
+// function, its baseline, its generic build and its peer taking turns, and the table
+// keeps the fastest round of each.
 #include "bench/zb.h"
 
 #include <dlfcn.h>
@@ -189,8 +192,11 @@ class TableReporter : public benchmark::BenchmarkReporter {
       const auto it = slots().find(r.run_name.function_name);
       if (it == slots().end()) continue;
       const Slot& s = it->second;
-      results()[s.case_index][s.size_index][s.variant].seconds =
-          r.real_accumulated_time / static_cast<double>(r.iterations);
+      // The fastest round, in processor time of this thread: the machine may be busy
+      // with other work, and time spent waiting for the processor is not ours.
+      double& best = results()[s.case_index][s.size_index][s.variant].seconds;
+      const double t = r.cpu_accumulated_time / static_cast<double>(r.iterations);
+      if (!(best <= t)) best = t;
     }
     fputc('.', stderr);
     fflush(stderr);
@@ -276,7 +282,8 @@ int add_peer(const std::string& label, const std::string& peer_name,
 int main(int argc, char** argv) {
   using namespace zb;
   std::string filter;
-  double min_time = 0.02;
+  double min_time = 0.01;
+  int rounds = 3;
   bool list = false, verbose = false;
   std::string sizes = "L1,L2,MEM";
   std::vector<char*> rest{argv[0]};
@@ -284,6 +291,7 @@ int main(int argc, char** argv) {
     const std::string a = argv[i];
     if (a.rfind("--min-time=", 0) == 0) min_time = atof(a.c_str() + 11);
     else if (a.rfind("--sizes=", 0) == 0) sizes = a.substr(8);
+    else if (a.rfind("--rounds=", 0) == 0) rounds = std::max(1, atoi(a.c_str() + 9));
     else if (a == "--list") list = true;
     else if (a == "--verbose") verbose = true;
     else if (a.rfind("--", 0) == 0) rest.push_back(argv[i]);
@@ -320,11 +328,12 @@ int main(int argc, char** argv) {
     for (int si = 0; si < 3; ++si) {
       if (sizes.find(kSizes[si].name) == std::string::npos) continue;
       const int32_t n = elements(*c, si);
+      for (int round = 0; round < rounds; ++round)
       for (int v = 0; v < kVariants; ++v) {
         if (v == kGeneric && generic == nullptr) continue;
         if (v == kPeer && !c->peer) continue;
-        const std::string name =
-            c->family + "/" + c->label + "/" + kSizes[si].name + "/" + kVariantNames[v];
+        const std::string name = c->family + "/" + c->label + "/" + kSizes[si].name + "/" +
+                                 kVariantNames[v] + "/" + std::to_string(round);
         slots()[name] = Slot{ci, si, static_cast<Variant>(v)};
         auto body = [c, n, v, si, generic](benchmark::State& st) {
           pool().prepare(kSizes[si].bytes);
@@ -342,8 +351,7 @@ int main(int argc, char** argv) {
           st.SetBytesProcessed(st.iterations() * n * static_cast<int64_t>(c->elem_bytes));
         };
         benchmark::RegisterBenchmark(name.c_str(), body)
-            ->MinTime(kSizes[si].cached ? min_time : 2.5 * min_time)
-            ->UseRealTime();
+            ->MinTime(kSizes[si].cached ? min_time : 2.5 * min_time);
       }
     }
   }
