@@ -9,10 +9,21 @@ using namespace zivks;
 
 enum class Op { kAdd, kSub };
 
+// Registers handled per loop step, and per NaN test, at the widest width: a pair, which
+// the compiler still keeps in registers.
+constexpr int kPair = 2;
+
 template <Op op, class V>
 inline V apply(const V& a, const V& b) {
   if constexpr (op == Op::kAdd) return simd::add(a, b);
   else return simd::sub(a, b);
+}
+
+// The same, except that a NaN lane may not yet be the one the library gives.
+template <Op op, class V>
+inline V apply_raw(const V& a, const V& b) {
+  if constexpr (op == Op::kAdd) return simd::add_raw(a, b);
+  else return simd::sub_raw(a, b);
 }
 
 template <Op op, class P>
@@ -54,32 +65,58 @@ struct const_operand {
   P at(int64_t i) const { return part[i % parts<E>::count]; }
 };
 
+// A step whose results held a NaN (rare): the one or two registers of the step again,
+// from their operands, with the library's NaN rule, stored over the first results. The
+// operands come by value, in registers, so the loop need not keep them in memory.
+template <Op op, class P, class V>
+[[gnu::cold, gnu::noinline]] void redo_step(P* d, V x0, V y0) {
+  simd::store(d, apply<op>(x0, y0));
+}
+template <Op op, class P, class V>
+[[gnu::cold, gnu::noinline]] void redo_step(P* d, V x0, V y0, V x1, V y1) {
+  simd::store(d, apply<op>(x0, y0));
+  simd::store(d + V::kLanes, apply<op>(x1, y1));
+}
+
 // dst = a op b over len elements of E, in blocks of B elements. Every block is loaded
-// whole before it is stored, so dst may be either source.
+// whole before it is stored, so dst may be either source. Each part is one operation of
+// its own, so blocks may go through the loop in groups of any size.
 template <Op op, int B, class E, class A, class C>
-void map(const A& a, const C& b, E* dst, int32_t len) {
+void map(const A& a_in, const C& b_in, E* dst, int32_t len) {
   using P = part_t<E>;
   constexpr int kParts = parts<E>::count;
   constexpr int kVecs = B * static_cast<int>(sizeof(E)) / 16;  // 128-bit vectors a block
-  static_assert(kVecs >= 1, "a block fills at least one vector");
+  static_assert(kVecs >= 1 && kVecs <= 2, "a block fills one or two vectors");
+  const A a = a_in;  // local copies: stores through dst cannot change them
+  const C b = b_in;
   P* d = as_parts(dst);
-  for_blocks<B>(
-      len,
-      [&](int64_t i, auto w) {
-        using V = simd::vec<P, decltype(w)::value>;
-        V r[kVecs];
-        for (int j = 0; j < kVecs; ++j) {
-          const int64_t at = i * kParts + int64_t{j} * V::kLanes;
-          r[j] = apply<op>(a.template vec<V>(at), b.template vec<V>(at));
-        }
-        for (int j = 0; j < kVecs; ++j) simd::store(d + i * kParts + int64_t{j} * V::kLanes, r[j]);
-      },
-      [&](int64_t i) {
-        for (int k = 0; k < kParts; ++k) {
-          const int64_t at = i * kParts + k;
-          d[at] = apply_scalar<op>(a.at(at), b.at(at));
-        }
-      });
+  // One step: the blocks of group g from element i. Operands loaded, results stored,
+  // and only then the NaN test, so the stores need not wait for it; every operand of
+  // the step is loaded before any store, so dst may be a source.
+  auto step = [&](int64_t i, auto g) {
+    using V = simd::vec<P, decltype(g)::kBlocks>;
+    constexpr int kN = decltype(g)::kCount * kVecs;  // registers in this step
+    static_assert(kN <= 2, "a step is one or two registers");
+    auto at = [&](int j) { return i * kParts + int64_t{j} * V::kLanes; };
+    const V x0 = a.template vec<V>(at(0)), y0 = b.template vec<V>(at(0));
+    if constexpr (kN == 1) {
+      const V r0 = apply_raw<op>(x0, y0);
+      simd::store(d + at(0), r0);
+      if (__builtin_expect(simd::any_nan(r0), 0)) redo_step<op>(d + at(0), x0, y0);
+    } else {
+      const V x1 = a.template vec<V>(at(1)), y1 = b.template vec<V>(at(1));
+      const V r0 = apply_raw<op>(x0, y0), r1 = apply_raw<op>(x1, y1);
+      simd::store(d + at(0), r0);
+      simd::store(d + at(1), r1);
+      if (__builtin_expect(simd::any_nan(r0, r1), 0)) redo_step<op>(d + at(0), x0, y0, x1, y1);
+    }
+  };
+  int64_t i = for_whole_block_groups<B, (kVecs < kPair ? kPair / kVecs : 1)>(len, step);
+  for (; i < len; ++i)
+    for (int k = 0; k < kParts; ++k) {
+      const int64_t at = i * kParts + k;
+      d[at] = apply_scalar<op>(a.at(at), b.at(at));
+    }
 }
 
 // One 128-bit vector a block, except AddC of 64fc, which takes two.

@@ -56,6 +56,33 @@ inline void for_blocks(int32_t len, Block&& block, Tail&& tail) {
   for (int64_t i = for_whole_blocks<B>(len, block); i < len; ++i) tail(i);
 }
 
+// Whole blocks of B elements in ascending order, handed out in groups: block(i, g) with
+// g a simd::group<K, N> handles the N * K blocks from element i as N registers of K
+// blocks each. The widest registers go N at a time, then one at a time, then single
+// blocks, so a body can test or fix several registers at once (the caller promises that
+// its result cannot depend on how blocks are grouped). Returns the index of the first
+// element left for the tail.
+template <int B, int N, class Block>
+inline int64_t for_whole_block_groups(int32_t len, Block&& block) {
+  const int64_t n = block_end<B>(len);
+  constexpr int64_t kStep = int64_t{B} * simd::kWide;
+  int64_t i = 0;
+  for (; i + kStep * N <= n; i += kStep * N) block(i, simd::group<simd::kWide, N>{});
+  if constexpr (N > 1) {
+    for (; i + kStep <= n; i += kStep) block(i, simd::group<simd::kWide, 1>{});
+  }
+  if constexpr (simd::kWide > 1) {
+    for (; i < n; i += B) block(i, simd::group<1, 1>{});
+  }
+  return n;
+}
+
+// Groups of whole blocks as above, then tail(i) for each remaining element in order.
+template <int B, int N, class Block, class Tail>
+inline void for_block_groups(int32_t len, Block&& block, Tail&& tail) {
+  for (int64_t i = for_whole_block_groups<B, N>(len, block); i < len; ++i) tail(i);
+}
+
 // One 128-bit block at a time, for loops whose result depends on the grouping.
 template <int B, class Block, class Tail>
 inline void for_single_blocks(int32_t len, Block&& block, Tail&& tail) {

@@ -1,6 +1,7 @@
 // Lanes whose result is NaN get the NaN that the Arm vector unit gives (see core/fp.h):
 // the x86 unit picks another one, and compilers may swap commutative operands. Results
-// without NaN never come here.
+// without NaN never come here. The vectors come by value, in registers, so that the hot
+// path never has to keep them in memory for this rare call.
 #pragma once
 
 #include "core/fp.h"
@@ -8,7 +9,7 @@
 namespace zivks::simd {
 
 template <class V>
-[[gnu::cold, gnu::noinline]] V rebuild_nans(const V& r, const V& a, const V& b) {
+[[gnu::cold, gnu::noinline]] V rebuild_nans(V r, V a, V b) {
   lanes<V> lr(r), la(a), lb(b);
   for (int i = 0; i < V::kLanes; ++i)
     if (fp::is_nan(lr.v[i])) lr.v[i] = fp::nan_of(la.v[i], lb.v[i]);

@@ -18,6 +18,13 @@ namespace zivks::simd {
 template <int K>
 struct width : std::integral_constant<int, K> {};
 
+// N registers of K blocks each, handled by one call of a loop body (see for_block_groups).
+template <int K, int N>
+struct group {
+  static constexpr int kBlocks = K;
+  static constexpr int kCount = N;
+};
+
 }  // namespace zivks::simd
 
 #if defined(ZIVKS_BACKEND_NEON)
@@ -88,6 +95,18 @@ inline V zeros() {
 template <class V, class E>
 inline V repeat(const E& e) {
   static_assert(16 % sizeof(E) == 0, "the element must tile a block");
+#if defined(ZIVKS_BACKEND_X86)
+  if constexpr (sizeof(E) == 16) {
+    // Two loads of 8 bytes: they take the halves from where the caller just stored them.
+    double lo, hi;
+    memcpy(&lo, &e, 8);
+    memcpy(&hi, reinterpret_cast<const unsigned char*>(&e) + 8, 8);
+    const auto r = x86::repeat_halves<V::kBlocks>(lo, hi);
+    V v;
+    memcpy(&v.r, &r, sizeof v.r);
+    return v;
+  }
+#endif
   unsigned char t[sizeof(V)];
   for (size_t o = 0; o < sizeof t; o += sizeof(E)) memcpy(t + o, &e, sizeof(E));
   V v;

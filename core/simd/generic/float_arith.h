@@ -21,4 +21,13 @@ inline vec<T, K> sub(const vec<T, K>& a, const vec<T, K>& b) {
   return r;
 }
 
+// The lane operations already give the NaN the library wants, so there is nothing to
+// test or do again (see the x86 backend).
+template <class T, int K>
+inline vec<T, K> add_raw(const vec<T, K>& a, const vec<T, K>& b) { return add(a, b); }
+template <class T, int K>
+inline vec<T, K> sub_raw(const vec<T, K>& a, const vec<T, K>& b) { return sub(a, b); }
+template <class T, int K, class... Rest>
+inline bool any_nan(const vec<T, K>&, const Rest&...) { return false; }
+
 }  // namespace zivks::simd

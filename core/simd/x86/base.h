@@ -30,4 +30,25 @@ template <> struct reg<double, 1> { using type = __m128d; };
 template <> struct reg<double, 2> { using type = __m256d; };
 template <> struct reg<double, 4> { using type = __m512d; };
 
+namespace x86 {
+
+// A 16-byte pattern, low half first, across every block of a register, built in
+// registers (a wide load of bytes just stored would stall on store forwarding).
+template <int K>
+inline typename int_reg<K>::type repeat_halves(double lo, double hi) {
+  // Kept apart in registers: the compiler would otherwise merge the two halves back
+  // into one wide load of what the caller stored in two.
+  __asm__("" : "+x"(lo), "+x"(hi));
+  const __m128i b = _mm_castpd_si128(_mm_set_pd(hi, lo));
+  if constexpr (K == 1) return b;
+#if defined(__AVX2__)
+  else if constexpr (K == 2) return _mm256_broadcastsi128_si256(b);
+#endif
+#if defined(__AVX512F__)
+  else return _mm512_maskz_broadcast_i64x2(static_cast<__mmask8>(0xFF), b);
+#endif
+}
+
+}  // namespace x86
+
 }  // namespace zivks::simd
