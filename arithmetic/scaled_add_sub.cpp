@@ -62,7 +62,7 @@ ZIVKStatus signed_scaled(const T* src1, const T* src2, T* dst, int32_t len, doub
       len,
       [&](int64_t i, auto) {
         const VW x = wrap<op>(simd::load_widen<VW>(src1 + i), simd::load_widen<VW>(src2 + i));
-        const VW r = simd::cvt_sat<W, Mode::kNear>(simd::mul(simd::cvt_to_float<F>(x), mv));
+        const VW r = simd::cvt_sat<W, Mode::kNear>(simd::mul_to_convert(simd::cvt_to_float<F>(x), mv));
         simd::store_lo(dst + i, simd::narrow_sat<T>(r, r));
       },
       [&](int64_t i) { dst[i] = rounding::tail<T>(static_cast<F>(exact<op>(src1, src2, i)) * m); });
@@ -97,9 +97,9 @@ ZIVKStatus add_8u_s(const uint8_t* src1, const uint8_t* src2, uint8_t* dst, int3
     const auto mv = simd::splat<simd::vec<float>>(m);
     auto scaled = [&](const V16& x) {
       const auto lo = simd::cvt_sat<int32_t, Mode::kNear>(
-          simd::mul(simd::cvt_to_float<float>(simd::widen_lo<uint32_t>(x)), mv));
+          simd::mul_to_convert(simd::cvt_to_float<float>(simd::widen_lo<uint32_t>(x)), mv));
       const auto hi = simd::cvt_sat<int32_t, Mode::kNear>(
-          simd::mul(simd::cvt_to_float<float>(simd::widen_hi<uint32_t>(x)), mv));
+          simd::mul_to_convert(simd::cvt_to_float<float>(simd::widen_hi<uint32_t>(x)), mv));
       return simd::narrow_sat<uint16_t>(lo, hi);
     };
     for_single_blocks<8>(
@@ -147,7 +147,7 @@ ZIVKStatus add_16u_s(const uint16_t* src1, const uint16_t* src2, uint16_t* dst, 
           prefetch(src1, i, 512);
           prefetch(src2, i, 512);
           const V32 x = simd::add_wrap(simd::load_widen<V32>(src1 + i), simd::load_widen<V32>(src2 + i));
-          const auto r = simd::cvt_sat<int32_t, Mode::kNear>(simd::mul(simd::cvt_to_float<float>(x), mv));
+          const auto r = simd::cvt_sat<int32_t, Mode::kNear>(simd::mul_to_convert(simd::cvt_to_float<float>(x), mv));
           simd::store_lo(dst + i, simd::narrow_sat<uint16_t>(r, r));
         },
         tail);
@@ -172,9 +172,9 @@ ZIVKStatus add_16u_s(const uint16_t* src1, const uint16_t* src2, uint16_t* dst, 
 // (so an r of 65536 or more there wraps), then all eight saturate to 8 or stay 16 bits.
 inline simd::vec<uint16_t> scaled_group(const simd::vec<uint16_t>& d, const simd::vec<float>& mv) {
   const auto lo = simd::cvt_sat<uint32_t, Mode::kNear>(
-      simd::mul(simd::cvt_to_float<float>(simd::widen_lo<uint32_t>(d)), mv));
+      simd::mul_to_convert(simd::cvt_to_float<float>(simd::widen_lo<uint32_t>(d)), mv));
   const auto hi = simd::cvt_sat<uint32_t, Mode::kNear>(
-      simd::mul(simd::cvt_to_float<float>(simd::widen_hi<uint32_t>(d)), mv));
+      simd::mul_to_convert(simd::cvt_to_float<float>(simd::widen_hi<uint32_t>(d)), mv));
   return simd::narrow_sat_low_wrap_high(lo, hi);
 }
 

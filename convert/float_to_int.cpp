@@ -52,7 +52,7 @@ void run(const F* src, I* dst, int32_t len, F mult) {
         simd::vec<L> r[kVecs];
         for (int j = 0; j < kVecs; ++j) {
           VF p = simd::load<VF>(src + i + j * VF::kLanes);
-          if constexpr (kMultiply) p = simd::mul(p, mv);
+          if constexpr (kMultiply) p = simd::mul_to_convert(p, mv);
           r[j] = simd::cvt_sat<L, m>(p);
         }
         narrow_store<I>(dst + i, r);

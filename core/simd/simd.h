@@ -60,19 +60,38 @@ inline void store(T* p, const vec<T, K>& v) {
   memcpy(p, &v.r, sizeof v.r);
 }
 
-// The low 8 bytes, the upper half cleared (ldr d).
+// The low 8 bytes, the upper half cleared (ldr d). Made as one 8-byte load into a
+// register: assembling it in memory would stall on store forwarding.
 template <class V>
 inline V load_lo(const typename V::lane* p) {
   V v;
-  memset(&v.r, 0, sizeof v.r);
-  memcpy(&v.r, p, 8);
+#if defined(ZIVKS_BACKEND_X86)
+  const __m128i x = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p));
+#elif defined(ZIVKS_BACKEND_NEON)
+  const uint8x16_t x = vcombine_u8(vld1_u8(reinterpret_cast<const uint8_t*>(p)), vdup_n_u8(0));
+#else
+  unsigned char x[16] = {};
+  memcpy(x, p, 8);
+#endif
+  static_assert(sizeof x == sizeof v.r, "a whole register");
+  memcpy(&v.r, &x, sizeof x);
   return v;
 }
 
 // The low 8 bytes of v (str d).
 template <class T>
 inline void store_lo(T* p, const vec<T, 1>& v) {
+#if defined(ZIVKS_BACKEND_X86)
+  __m128i x;
+  memcpy(&x, &v.r, sizeof x);
+  _mm_storel_epi64(reinterpret_cast<__m128i*>(p), x);
+#elif defined(ZIVKS_BACKEND_NEON)
+  uint8x16_t x;
+  memcpy(&x, &v.r, sizeof x);
+  vst1_u8(reinterpret_cast<uint8_t*>(p), vget_low_u8(x));
+#else
   memcpy(p, &v.r, 8);
+#endif
 }
 
 // Every lane x (dup).

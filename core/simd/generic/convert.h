@@ -23,6 +23,15 @@ inline vec<F, 1> mul(const vec<F, 1>& a, const vec<F, 1>& b) {
   return r;
 }
 
+// fmul for a product that is converted to an integer next, where every NaN becomes 0:
+// which NaN comes out does not matter, so no NaN rule is applied.
+template <class F>
+inline vec<F, 1> mul_to_convert(const vec<F, 1>& a, const vec<F, 1>& b) {
+  vec<F, 1> r;
+  for (int i = 0; i < vec<F, 1>::kLanes; ++i) r.r.v[i] = a.r.v[i] * b.r.v[i];
+  return r;
+}
+
 // Float lanes rounded by m to integer lanes L of the same width, saturating at L's
 // bounds, NaN giving 0 (fcvtzs / fcvtns / fcvtas, fcvtzu / fcvtnu / fcvtau).
 template <class L, rounding::Mode m, class F>

@@ -25,6 +25,16 @@ inline vec<F, 1> mul(const vec<F, 1>& a, const vec<F, 1>& b) {
   return __builtin_expect(neon::any_nan(r.r), 0) ? rebuild_nans(r, a, b) : r;
 }
 
+// fmul for a product that is converted to an integer next (every NaN becomes 0, so
+// which NaN comes out does not matter).
+template <class F>
+inline vec<F, 1> mul_to_convert(const vec<F, 1>& a, const vec<F, 1>& b) {
+  vec<F, 1> r;
+  if constexpr (std::is_same_v<F, float>) r.r = vmulq_f32(a.r, b.r);
+  else r.r = vmulq_f64(a.r, b.r);
+  return r;
+}
+
 // fcvtzs / fcvtns / fcvtas and the unsigned fcvtzu / fcvtnu / fcvtau.
 template <class L, rounding::Mode m, class F>
 inline vec<L, 1> cvt_sat(const vec<F, 1>& a) {

@@ -42,6 +42,14 @@ inline vec<F, 1> mul(const vec<F, 1>& a, const vec<F, 1>& b) {
   return __builtin_expect(x86::any_nan(r), 0) ? rebuild_nans(r, a, b) : r;
 }
 
+// fmul for a product that is converted to an integer next (every NaN becomes 0, so
+// which NaN comes out does not matter).
+template <class F>
+inline vec<F, 1> mul_to_convert(const vec<F, 1>& a, const vec<F, 1>& b) {
+  if constexpr (std::is_same_v<F, float>) return vec<F, 1>{_mm_mul_ps(a.r, b.r)};
+  else return vec<F, 1>{_mm_mul_pd(a.r, b.r)};
+}
+
 namespace x86 {
 
 // Whole float lanes by m, independent of MXCSR; NaN stays NaN.

@@ -150,7 +150,7 @@ template <class To, class From>
 inline vec<To, 1> narrow_sat(const vec<From, 1>& a, const vec<From, 1>& b) {
   if constexpr (std::is_same_v<From, int64_t> && std::is_same_v<To, int32_t>) {
 #if defined(__AVX512F__) && defined(__AVX512VL__)
-    return vec<To, 1>{_mm_unpacklo_epi64(_mm_cvtsepi64_epi32(a.r), _mm_cvtsepi64_epi32(b.r))};
+    return vec<To, 1>{_mm_unpacklo_epi64(_mm_maskz_cvtsepi64_epi32(0x3, a.r), _mm_maskz_cvtsepi64_epi32(0x3, b.r))};
 #else
     const __m128i hi = _mm_set1_epi64x(INT32_MAX), lo = _mm_set1_epi64x(INT32_MIN);
     auto clamp = [&](__m128i v) {
