@@ -173,6 +173,76 @@ ZIVKS_API ZIVKStatus ZIVKS_SubCRev_32fc_I(ZIVK32fc val, ZIVK32fc* srcDst, int32_
 ZIVKS_API ZIVKStatus ZIVKS_SubCRev_64fc(const ZIVK64fc* src, ZIVK64fc val, ZIVK64fc* dst, int32_t len);
 ZIVKS_API ZIVKStatus ZIVKS_SubCRev_64fc_I(ZIVK64fc val, ZIVK64fc* srcDst, int32_t len);
 
+/* ---- Logical operations ----------------------------------------------------------
+ * Element-wise on unsigned 8-, 16- and 32-bit elements: And, Or, Xor of two arrays
+ * (dst = src1 op src2), of an array and a constant (dst = src op val), and Not. The
+ * in-place forms call their twin with srcDst for the source and the destination. Not
+ * has an in-place form for 8-bit elements only. */
+ZIVKS_API ZIVKStatus ZIVKS_And_8u(const uint8_t* src1, const uint8_t* src2, uint8_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_And_8u_I(const uint8_t* src, uint8_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Or_8u(const uint8_t* src1, const uint8_t* src2, uint8_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Or_8u_I(const uint8_t* src, uint8_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Xor_8u(const uint8_t* src1, const uint8_t* src2, uint8_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Xor_8u_I(const uint8_t* src, uint8_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_AndC_8u(const uint8_t* src, uint8_t val, uint8_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_AndC_8u_I(uint8_t val, uint8_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_OrC_8u(const uint8_t* src, uint8_t val, uint8_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_OrC_8u_I(uint8_t val, uint8_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_XorC_8u(const uint8_t* src, uint8_t val, uint8_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_XorC_8u_I(uint8_t val, uint8_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Not_8u(const uint8_t* src, uint8_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Not_8u_I(uint8_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_And_16u(const uint16_t* src1, const uint16_t* src2, uint16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_And_16u_I(const uint16_t* src, uint16_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Or_16u(const uint16_t* src1, const uint16_t* src2, uint16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Or_16u_I(const uint16_t* src, uint16_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Xor_16u(const uint16_t* src1, const uint16_t* src2, uint16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Xor_16u_I(const uint16_t* src, uint16_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_AndC_16u(const uint16_t* src, uint16_t val, uint16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_AndC_16u_I(uint16_t val, uint16_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_OrC_16u(const uint16_t* src, uint16_t val, uint16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_OrC_16u_I(uint16_t val, uint16_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_XorC_16u(const uint16_t* src, uint16_t val, uint16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_XorC_16u_I(uint16_t val, uint16_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Not_16u(const uint16_t* src, uint16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_And_32u(const uint32_t* src1, const uint32_t* src2, uint32_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_And_32u_I(const uint32_t* src, uint32_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Or_32u(const uint32_t* src1, const uint32_t* src2, uint32_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Or_32u_I(const uint32_t* src, uint32_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Xor_32u(const uint32_t* src1, const uint32_t* src2, uint32_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Xor_32u_I(const uint32_t* src, uint32_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_AndC_32u(const uint32_t* src, uint32_t val, uint32_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_AndC_32u_I(uint32_t val, uint32_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_OrC_32u(const uint32_t* src, uint32_t val, uint32_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_OrC_32u_I(uint32_t val, uint32_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_XorC_32u(const uint32_t* src, uint32_t val, uint32_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_XorC_32u_I(uint32_t val, uint32_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Not_32u(const uint32_t* src, uint32_t* dst, int32_t len);
+
+/* ---- Shifts by a constant -----------------------------------------------------------
+ * Every element shifted by shift (status 19 when negative, checked after the pointers
+ * and len). Left shifts keep the low bits and wrap, also for signed elements; right
+ * shifts are logical for unsigned and arithmetic for signed elements. A count of 0
+ * copies. A count at or above the element width zeroes dst without reading src, except
+ * in RShiftC_16s and RShiftC_32s, which shift by width - 1 instead. The in-place forms
+ * check srcDst and len, return 0 at once for a count of 0, and otherwise call their twin. */
+ZIVKS_API ZIVKStatus ZIVKS_LShiftC_8u(const uint8_t* src, int32_t shift, uint8_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_LShiftC_8u_I(int32_t shift, uint8_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_LShiftC_16u(const uint16_t* src, int32_t shift, uint16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_LShiftC_16u_I(int32_t shift, uint16_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_LShiftC_16s(const int16_t* src, int32_t shift, int16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_LShiftC_16s_I(int32_t shift, int16_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_LShiftC_32s(const int32_t* src, int32_t shift, int32_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_LShiftC_32s_I(int32_t shift, int32_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_RShiftC_8u(const uint8_t* src, int32_t shift, uint8_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_RShiftC_8u_I(int32_t shift, uint8_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_RShiftC_16u(const uint16_t* src, int32_t shift, uint16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_RShiftC_16u_I(int32_t shift, uint16_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_RShiftC_16s(const int16_t* src, int32_t shift, int16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_RShiftC_16s_I(int32_t shift, int16_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_RShiftC_32s(const int32_t* src, int32_t shift, int32_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_RShiftC_32s_I(int32_t shift, int32_t* srcDst, int32_t len);
+
 #ifdef __cplusplus
 }
 #endif
