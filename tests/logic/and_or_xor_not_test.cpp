@@ -69,11 +69,15 @@ TYPED_TEST(Logic, StatusesAndNothingWritten) {
     const T* second = m.two_arrays ? b.data() : nullptr;
     EXPECT_EQ(m.fn(nullptr, second, 0, d.data(), 4), ZIVK_STS_NULL_PTR_ERR) << m.name;
     EXPECT_EQ(m.fn(a.data(), second, 0, nullptr, 0), ZIVK_STS_NULL_PTR_ERR) << m.name;
-    if (m.two_arrays) EXPECT_EQ(m.fn(a.data(), nullptr, 0, d.data(), 4), ZIVK_STS_NULL_PTR_ERR) << m.name;
+    if (m.two_arrays) {
+      EXPECT_EQ(m.fn(a.data(), nullptr, 0, d.data(), 4), ZIVK_STS_NULL_PTR_ERR) << m.name;
+    }
     EXPECT_EQ(m.fn(a.data(), second, 0, d.data(), 0), ZIVK_STS_SIZE_ERR) << m.name;
     EXPECT_EQ(m.fn(a.data(), second, 0, d.data(), -7), ZIVK_STS_SIZE_ERR) << m.name;
     if (m.in_place) {
-      if (m.two_arrays) EXPECT_EQ(m.in_place(nullptr, nullptr, 0, d.data(), 4), ZIVK_STS_NULL_PTR_ERR) << m.name;
+      if (m.two_arrays) {
+        EXPECT_EQ(m.in_place(nullptr, nullptr, 0, d.data(), 4), ZIVK_STS_NULL_PTR_ERR) << m.name;
+      }
       EXPECT_EQ(m.in_place(a.data(), nullptr, 0, nullptr, 4), ZIVK_STS_NULL_PTR_ERR) << m.name;
       EXPECT_EQ(m.in_place(a.data(), nullptr, 0, d.data(), 0), ZIVK_STS_SIZE_ERR) << m.name;
     }
@@ -105,8 +109,9 @@ TYPED_TEST(Logic, MatchesCOperators) {
         EXPECT_EQ(zt::first_difference(in.data(), d.data(), len), -1) << m.name << " in place, len " << len;
         EXPECT_TRUE(in.guards_intact()) << m.name;
       }
-      if (m.twin(a.data(), b.data(), v, t.data(), len) != -1)
+      if (m.twin(a.data(), b.data(), v, t.data(), len) != -1) {
         EXPECT_EQ(zt::first_difference(t.data(), d.data(), len), -1) << m.name << " generic backend, len " << len;
+      }
     }
   }
 }

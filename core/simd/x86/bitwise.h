@@ -47,6 +47,8 @@ struct shift_count {
 
 namespace x86 {
 
+// The 512-bit 32-bit shifts go through their zero-masked forms with every lane kept: the
+// same instruction, without the unmasked form's spurious uninitialised-value warning.
 template <int K>
 inline typename int_reg<K>::type sll16(typename int_reg<K>::type a, __m128i n) {
   if constexpr (K == 1) return _mm_sll_epi16(a, n);
@@ -64,7 +66,7 @@ inline typename int_reg<K>::type sll32(typename int_reg<K>::type a, __m128i n) {
   else if constexpr (K == 2) return _mm256_sll_epi32(a, n);
 #endif
 #if defined(__AVX512F__)
-  else return _mm512_sll_epi32(a, n);
+  else return _mm512_maskz_sll_epi32(0xFFFF, a, n);
 #endif
 }
 template <int K>
@@ -84,7 +86,7 @@ inline typename int_reg<K>::type srl32(typename int_reg<K>::type a, __m128i n) {
   else if constexpr (K == 2) return _mm256_srl_epi32(a, n);
 #endif
 #if defined(__AVX512F__)
-  else return _mm512_srl_epi32(a, n);
+  else return _mm512_maskz_srl_epi32(0xFFFF, a, n);
 #endif
 }
 template <int K>
@@ -104,7 +106,7 @@ inline typename int_reg<K>::type sra32(typename int_reg<K>::type a, __m128i n) {
   else if constexpr (K == 2) return _mm256_sra_epi32(a, n);
 #endif
 #if defined(__AVX512F__)
-  else return _mm512_sra_epi32(a, n);
+  else return _mm512_maskz_sra_epi32(0xFFFF, a, n);
 #endif
 }
 
