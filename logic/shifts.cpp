@@ -30,11 +30,23 @@ inline T shift_scalar(T x, int s) {
   else return static_cast<T>(x >> s);
 }
 
+// The count broadcast once before the loop, for single blocks and for wide groups.
+template <class T>
+struct counts_of {
+  simd::shift_count<T, 1> one;
+  simd::shift_count<T, simd::kWide> wide;
+  explicit counts_of(int s) : one(s), wide(s) {}
+  template <int K>
+  const auto& get() const {
+    if constexpr (K == 1) return one;
+    else return wide;
+  }
+};
+
 // The copy (count 0) and the shift share the loop; the copy is the shift by nothing.
 template <Dir dir, bool kCopy, class T>
 void run(const T* src, T* dst, int32_t len, int s) {
-  const simd::shift_count<T, 1> n1(s);
-  const simd::shift_count<T, simd::kWide> nw(s);
+  const counts_of<T> counts(s);
   for_blocks<16 / sizeof(T)>(
       len,
       [&](int64_t i, auto w) {
@@ -45,10 +57,7 @@ void run(const T* src, T* dst, int32_t len, int s) {
         if constexpr (kCopy) {
           simd::store(dst + i, a);
         } else {
-          const auto& n = [&]() -> const auto& {
-            if constexpr (K == 1) return n1;
-            else return nw;
-          }();
+          const auto& n = counts.template get<K>();
           if constexpr (dir == Dir::kLeft) simd::store(dst + i, simd::shl(a, n));
           else simd::store(dst + i, simd::shr(a, n));
         }
@@ -65,7 +74,7 @@ void zero_inline(T* dst, int32_t len) {
 }
 
 template <Dir dir, Beyond beyond, class T, class Zero>
-ZIVKStatus shift(const T* src, int32_t shift, T* dst, int32_t len, Zero zero) {
+ZIVKStatus shift_const(const T* src, int32_t shift, T* dst, int32_t len, Zero zero) {
   if (const ZIVKStatus st = check_ptrs_len(len, src, dst)) return st;
   if (shift < 0) return ZIVK_STS_SHIFT_ERR;
   if (shift == 0) {
@@ -84,27 +93,25 @@ ZIVKStatus shift(const T* src, int32_t shift, T* dst, int32_t len, Zero zero) {
   return ZIVK_STS_NO_ERR;
 }
 
-constexpr int kNoZero = 0;
-
 }  // namespace
 
-#define ZIVKS_SHIFT(name, dir, beyond, zero, code, type)                                           \
-  ZIVKS_EXPORT ZIVKStatus ZIVKS_##name##_##code(const type* src, int32_t shift, type* dst,         \
-                                                int32_t len) {                                     \
-    return ::shift<Dir::dir, Beyond::beyond>(src, shift, dst, len, zero);                          \
-  }                                                                                                \
-  /* The in-place form checks first and returns at once for a count of 0. */                      \
-  ZIVKS_EXPORT ZIVKStatus ZIVKS_##name##_##code##_I(int32_t shift, type* srcDst, int32_t len) {    \
-    if (const ZIVKStatus st = check_ptrs_len(len, srcDst)) return st;                              \
-    if (shift == 0) return ZIVK_STS_NO_ERR;                                                        \
-    return ZIVKS_##name##_##code(srcDst, shift, srcDst, len);                                      \
+#define ZIVKS_SHIFT(name, dir, beyond, zero, code, type)                                            \
+  ZIVKS_EXPORT ZIVKStatus ZIVKS_##name##_##code(const type* src, int32_t shift, type* dst,          \
+                                                int32_t len) {                                      \
+    return shift_const<Dir::dir, Beyond::beyond>(src, shift, dst, len, zero);                       \
+  }                                                                                                 \
+  /* The in-place form checks first and returns at once for a count of 0. */                        \
+  ZIVKS_EXPORT ZIVKStatus ZIVKS_##name##_##code##_I(int32_t shift, type* srcDst, int32_t len) {     \
+    if (const ZIVKStatus st = check_ptrs_len(len, srcDst)) return st;                               \
+    if (shift == 0) return ZIVK_STS_NO_ERR;                                                         \
+    return ZIVKS_##name##_##code(srcDst, shift, srcDst, len);                                       \
   }
 
 ZIVKS_SHIFT(LShiftC, kLeft, kZeroCall, ZIVKS_Zero_8u, 8u, uint8_t)
-ZIVKS_SHIFT(LShiftC, kLeft, kZeroInline, kNoZero, 16u, uint16_t)
+ZIVKS_SHIFT(LShiftC, kLeft, kZeroInline, nullptr, 16u, uint16_t)
 ZIVKS_SHIFT(LShiftC, kLeft, kZeroCall, ZIVKS_Zero_16s, 16s, int16_t)
 ZIVKS_SHIFT(LShiftC, kLeft, kZeroCall, ZIVKS_Zero_32s, 32s, int32_t)
 ZIVKS_SHIFT(RShiftC, kRight, kZeroCall, ZIVKS_Zero_8u, 8u, uint8_t)
-ZIVKS_SHIFT(RShiftC, kRight, kZeroInline, kNoZero, 16u, uint16_t)
-ZIVKS_SHIFT(RShiftC, kRight, kLowerCount, kNoZero, 16s, int16_t)
-ZIVKS_SHIFT(RShiftC, kRight, kLowerCount, kNoZero, 32s, int32_t)
+ZIVKS_SHIFT(RShiftC, kRight, kZeroInline, nullptr, 16u, uint16_t)
+ZIVKS_SHIFT(RShiftC, kRight, kLowerCount, nullptr, 16s, int16_t)
+ZIVKS_SHIFT(RShiftC, kRight, kLowerCount, nullptr, 32s, int32_t)
