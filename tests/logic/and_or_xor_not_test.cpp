@@ -130,13 +130,4 @@ TEST(Logic, DestinationMayBeTheFirstSource) {
   EXPECT_EQ(a, want);
 }
 
-TEST(Logic, XorWithAllOnesIsNot) {
-  zt::Rng rng(9);
-  std::vector<uint16_t> a(37), x(37), n(37);
-  zt::fill_random(a.data(), a.size(), rng);
-  ASSERT_EQ(ZIVKS_XorC_16u(a.data(), 0xFFFF, x.data(), 37), 0);
-  ASSERT_EQ(ZIVKS_Not_16u(a.data(), n.data(), 37), 0);
-  EXPECT_EQ(x, n);
-}
-
 }  // namespace
