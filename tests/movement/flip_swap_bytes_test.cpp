@@ -9,19 +9,19 @@ namespace {
 // The in-place narrow flips step by step, one element at a time: the steps the library
 // promises, written as plainly as possible.
 template <class T>
-void narrow_flip_model(T* a, int len) {
-  const int w = 8 / sizeof(T), h = len / 2, r = len % w;
-  auto swap_ends = [&](int upto) { for (int i = 0; i < upto; ++i) std::swap(a[i], a[len - 1 - i]); };
+void narrow_flip_model(std::vector<T>& a) {
+  const int len = static_cast<int>(a.size()), w = 8 / sizeof(T), h = len / 2, r = len % w;
+  auto swap_ends = [&](int upto) {
+    for (int i = 0; i < upto; ++i) std::swap(a.at(i), a.at(len - 1 - i));
+  };
   if (len < w) return swap_ends(h);
   swap_ends(r);
   if (r >= h) return;
   for (int k = 0, p = r; k < (h - 1 - r) / w + 1; ++k, p += w) {
     const int q = len - w - p;
-    std::vector<T> x(a + p, a + p + w), y(a + q, a + q + w);
-    std::reverse(x.begin(), x.end());
-    std::reverse(y.begin(), y.end());
-    std::copy(x.begin(), x.end(), a + q);
-    std::copy(y.begin(), y.end(), a + p);
+    std::vector<T> x(a.begin() + p, a.begin() + p + w), y(a.begin() + q, a.begin() + q + w);
+    std::reverse_copy(x.begin(), x.end(), a.begin() + q);
+    std::reverse_copy(y.begin(), y.end(), a.begin() + p);
   }
 }
 
@@ -52,7 +52,7 @@ TEST(Flip, NarrowInPlaceKeepsItsSteps) {
       if (w == 8) {
         if (len > 256) continue;
         std::vector<uint8_t> x(v.begin(), v.end()), m = x, o(len);
-        narrow_flip_model(m.data(), len);
+        narrow_flip_model(m);
         ASSERT_EQ(ZIVKS_Flip_8u(x.data(), o.data(), len), 0);
         ASSERT_EQ(ZIVKS_Flip_8u_I(x.data(), len), 0);
         ASSERT_EQ(x, m) << "Flip_8u_I len " << len;
@@ -61,7 +61,7 @@ TEST(Flip, NarrowInPlaceKeepsItsSteps) {
         out.assign(o.begin(), o.end());
       } else {
         for (int i = 0; i < len; ++i) g[i] = v[i];
-        narrow_flip_model(want.data(), len);
+        narrow_flip_model(want);
         ASSERT_EQ(ZIVKS_Flip_16u(v.data(), out.data(), len), 0);
         ASSERT_EQ(ZIVKS_Flip_16u_I(g.data(), len), 0);
         ASSERT_TRUE(g.guards_intact());
@@ -124,7 +124,9 @@ TYPED_TEST(FlipAll, ReversesAndAgrees) {
     for (int i = 0; i < len; ++i) in[i] = src[i];
     ASSERT_EQ(f.in_place(in.data(), len), 0);
     ASSERT_TRUE(in.guards_intact());
-    if (plain) EXPECT_EQ(zt::first_difference(in.data(), dst.data(), len), -1) << "in place, len " << len;
+    if (plain) {
+      EXPECT_EQ(zt::first_difference(in.data(), dst.data(), len), -1) << "in place, len " << len;
+    }
     if (f.twin) {
       ASSERT_EQ(f.twin(src.data(), twin.data(), len), 0);
       EXPECT_EQ(zt::first_difference(twin.data(), dst.data(), len), -1) << "generic, len " << len;
