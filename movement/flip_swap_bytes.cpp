@@ -13,7 +13,9 @@ template <> struct flip_lane<double> { using type = uint64_t; };
 template <> struct flip_lane<ZIVK32fc> { using type = uint64_t; };
 template <class E> using flip_lane_t = typename flip_lane<E>::type;
 
-template <class T> constexpr bool kVectorLane = sizeof(T) <= 8;
+// Lanes that a vector reverses: up to 8 bytes, and a 16-byte record where registers hold
+// several blocks (within one block it stays as it is).
+template <class T> constexpr bool kVectorLane = sizeof(T) <= 8 || simd::kWide > 1;
 
 // dst[len - 1 - i] = src[i]. The leading len mod L elements (L to a 128-bit vector) go
 // one by one to the end of dst; the rest in vectors reversed in a register and stored
@@ -26,19 +28,18 @@ ZIVKStatus flip(const E* src, E* dst, int32_t len) {
   const T* s = reinterpret_cast<const T*>(src);
   T* d = reinterpret_cast<T*>(dst);
   const int64_t n = len;
+  int64_t i = 0;
   if constexpr (kVectorLane<T>) {
-    int64_t i = 0;
-    for (const int64_t lead = n % (16 / sizeof(T)); i < lead; ++i) d[n - 1 - i] = s[i];
+    for (const int64_t lead = n % (16 / sizeof(T)); i < lead; ++i) memcpy(d + n - 1 - i, s + i, sizeof(T));
     auto run = [&](auto w) {
       using V = simd::vec<T, decltype(w)::value>;
       for (; i + V::kLanes <= n; i += V::kLanes)
         simd::store(d + n - i - V::kLanes, simd::reverse(simd::load<V>(s + i)));
     };
     if constexpr (simd::kWide > 1) run(simd::width<simd::kWide>{});
-    run(simd::width<1>{});
-  } else {
-    for (int64_t i = 0; i < n; ++i) memcpy(d + n - 1 - i, s + i, sizeof(T));
+    if constexpr (sizeof(T) <= 8) run(simd::width<1>{});
   }
+  for (; i < n; ++i) memcpy(d + n - 1 - i, s + i, sizeof(T));  // 64fc: one record at a time
   return ZIVK_STS_NO_ERR;
 }
 
@@ -68,7 +69,7 @@ ZIVKStatus flip_in_place(E* srcDst, int32_t len) {
       }
     };
     if constexpr (simd::kWide > 1) run(simd::width<simd::kWide>{});
-    run(simd::width<1>{});
+    if constexpr (sizeof(T) <= 8) run(simd::width<1>{});
   }
   for (; j - i >= 2; ++i, --j) exchange(a + i, a + j - 1);
   return ZIVK_STS_NO_ERR;
@@ -154,17 +155,23 @@ ZIVKStatus swap_bytes(const T* src, T* dst, int32_t len) {
 }
 
 // Packed three-byte samples: the first and the third byte of every sample exchanged,
-// the middle one kept. Blocks of 16 samples (48 bytes) are split into three byte planes
-// and joined again with the outer planes exchanged; the rest one sample at a time.
+// the middle one kept. Blocks of 16 samples (48 bytes, three vectors) are split into
+// three byte planes and joined again with the outer planes exchanged; the rest goes one
+// sample at a time. Samples are independent, so wide registers take several blocks.
 ZIVKStatus swap_bytes24(const uint8_t* src, uint8_t* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src, dst)) return st;
-  for_single_blocks<16>(
+  for_blocks<16>(
       len,
-      [&](int64_t i, auto) {
-        using V = simd::vec<uint8_t, 1>;
-        V b0, b1, b2;
-        simd::load_planes3(src + 3 * i, b0, b1, b2);
-        simd::store_planes3(dst + 3 * i, b2, b1, b0);
+      [&](int64_t i, auto w) {
+        using V = simd::vec<uint8_t, decltype(w)::value>;
+        const uint8_t* s = src + 3 * i;
+        V a = simd::load<V>(s), b = simd::load<V>(s + 16 * V::kBlocks),
+          c = simd::load<V>(s + 32 * V::kBlocks);
+        simd::exchange_outer_bytes3(a, b, c);
+        uint8_t* d = dst + 3 * i;
+        simd::store(d, a);
+        simd::store(d + 16 * V::kBlocks, b);
+        simd::store(d + 32 * V::kBlocks, c);
       },
       [&](int64_t i) {
         const uint8_t lo = src[3 * i], mid = src[3 * i + 1], hi = src[3 * i + 2];

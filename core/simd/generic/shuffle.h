@@ -44,24 +44,23 @@ inline void store_planes2(T* p, const vec<T, K>& a, const vec<T, K>& b) {
   }
 }
 
-// Three vectors of triples split into three planes (ld3).
-template <class V>
-inline void load_planes3(const typename V::lane* p, V& a, V& b, V& c) {
-  for (int i = 0; i < V::kLanes; ++i) {
-    a.r.v[i] = p[3 * i];
-    b.r.v[i] = p[3 * i + 1];
-    c.r.v[i] = p[3 * i + 2];
+// Three vectors holding byte triples (48 bytes a block) with the first and the third
+// byte of every triple exchanged: ld3, the outer planes exchanged, st3.
+template <int K>
+inline void exchange_outer_bytes3(vec<uint8_t, K>& a, vec<uint8_t, K>& b, vec<uint8_t, K>& c) {
+  constexpr int n = 16 * K;
+  uint8_t t[3 * n];
+  memcpy(t, a.r.v, n);
+  memcpy(t + n, b.r.v, n);
+  memcpy(t + 2 * n, c.r.v, n);
+  for (int j = 0; j < 3 * n; j += 3) {
+    const uint8_t x = t[j];
+    t[j] = t[j + 2];
+    t[j + 2] = x;
   }
-}
-
-// Three planes joined into triples, stored as three vectors (st3).
-template <class T, int K>
-inline void store_planes3(T* p, const vec<T, K>& a, const vec<T, K>& b, const vec<T, K>& c) {
-  for (int i = 0; i < vec<T, K>::kLanes; ++i) {
-    p[3 * i] = a.r.v[i];
-    p[3 * i + 1] = b.r.v[i];
-    p[3 * i + 2] = c.r.v[i];
-  }
+  memcpy(a.r.v, t, n);
+  memcpy(b.r.v, t + n, n);
+  memcpy(c.r.v, t + 2 * n, n);
 }
 
 }  // namespace zivks::simd

@@ -84,19 +84,29 @@ inline void store_planes2(T* p, const vec<T, K>& a, const vec<T, K>& b) {
   else static_assert(sizeof(T) == 0, "no st2 for this lane type");
 }
 
-// Three vectors of byte triples split into three planes (ld3).
-template <class V>
-inline void load_planes3(const typename V::lane* p, V& a, V& b, V& c) {
-  static_assert(std::is_same_v<typename V::lane, uint8_t>, "ld3 of bytes");
-  const uint8x16x3_t x = vld3q_u8(p);
-  a.r = x.val[0], b.r = x.val[1], c.r = x.val[2];
-}
+namespace neon {
 
-// Three byte planes joined into triples, stored as three vectors (st3).
-template <class T, int K>
-inline void store_planes3(T* p, const vec<T, K>& a, const vec<T, K>& b, const vec<T, K>& c) {
-  static_assert(std::is_same_v<T, uint8_t>, "st3 of bytes");
-  vst3q_u8(p, uint8x16x3_t{{a.r, b.r, c.r}});
+// tbl indices over 48 bytes: output byte g takes byte g + 2, g or g - 2 as g is the
+// first, the middle or the third byte of its triple.
+struct outer_swap_index {
+  uint8_t idx[3][16];
+  constexpr outer_swap_index() : idx{} {
+    for (int g = 0; g < 48; ++g) idx[g / 16][g % 16] = static_cast<uint8_t>(g + 2 - 2 * (g % 3));
+  }
+};
+inline constexpr outer_swap_index kOuterSwap{};
+
+}  // namespace neon
+
+// Three vectors holding byte triples (48 bytes a block) with the first and the third
+// byte of every triple exchanged: ld3, the outer planes exchanged, st3 (here three tbl
+// lookups in the 48 bytes).
+template <int K>
+inline void exchange_outer_bytes3(vec<uint8_t, K>& a, vec<uint8_t, K>& b, vec<uint8_t, K>& c) {
+  const uint8x16x3_t t{{a.r, b.r, c.r}};
+  a.r = vqtbl3q_u8(t, vld1q_u8(neon::kOuterSwap.idx[0]));
+  b.r = vqtbl3q_u8(t, vld1q_u8(neon::kOuterSwap.idx[1]));
+  c.r = vqtbl3q_u8(t, vld1q_u8(neon::kOuterSwap.idx[2]));
 }
 
 }  // namespace zivks::simd

@@ -7,11 +7,19 @@ namespace zivks::simd {
 template <class T, int K>
 inline vec<T, K> flip_sign_odd(const vec<T, K>& a) {
   static_assert(std::is_floating_point_v<T>, "a sign bit flip is for floats");
-  using B = fp::bits_t<T>;
-  const B pair[2] = {0, B{1} << (8 * sizeof(T) - 1)};
-  const auto m = repeat<vec<B, K>>(pair);
+  // The mask in 64-bit lanes: the high half of each for float pairs, every odd one for
+  // doubles. Built from constants, so that it stays in a register.
+  constexpr long long s = static_cast<long long>(0x8000000000000000ull);
+  constexpr long long lo = std::is_same_v<T, float> ? s : 0;
   vec<T, K> r;
-  x86::from_ints(r.r, x86::ints(a.r) ^ m.r);
+  if constexpr (K == 1) x86::from_ints(r.r, _mm_xor_si128(x86::ints(a.r), _mm_set_epi64x(s, lo)));
+#if defined(__AVX2__)
+  else if constexpr (K == 2)
+    x86::from_ints(r.r, _mm256_xor_si256(x86::ints(a.r), _mm256_set_epi64x(s, lo, s, lo)));
+#endif
+#if defined(__AVX512F__)
+  else x86::from_ints(r.r, _mm512_xor_si512(x86::ints(a.r), _mm512_set_epi64(s, lo, s, lo, s, lo, s, lo)));
+#endif
   return r;
 }
 

@@ -229,53 +229,86 @@ inline void store_planes2(T* p, const vec<T, K>& a, const vec<T, K>& b) {
 
 namespace x86 {
 
-// The pshufb tables of ld3 and st3 over 48 bytes: for ld3, plane c takes from source
-// register r the bytes 3j + c that lie in it; for st3, output register r takes from
-// plane c the bytes of the positions 16r + k with (16r + k) mod 3 equal to c.
-struct tables48 {
-  table16 ld[3][3], st[3][3];  // [plane][register], [register][plane]
-  constexpr tables48() : ld{}, st{} {
-    for (int c = 0; c < 3; ++c)
-      for (int r = 0; r < 3; ++r)
-        for (int k = 0; k < 16; ++k) {
-          const int g = 3 * k + c;  // byte of lane k of plane c
-          ld[c][r].b[k] = static_cast<int8_t>(g / 16 == r ? g % 16 : -1);
-          const int o = 16 * r + k;  // output byte
-          st[r][c].b[k] = static_cast<int8_t>(o % 3 == c ? o / 3 : -1);
-        }
+// Blend masks for the exchange of outer bytes over three registers of N bytes: first[r]
+// marks the bytes of register r that are the first of their triple (they take the byte
+// two above), third[r] those that are the third (they take the byte two below).
+template <int N>
+struct outer_masks {
+  int8_t first[3][N], third[3][N];
+  uint64_t first_bits[3], third_bits[3];
+  constexpr outer_masks() : first{}, third{}, first_bits{}, third_bits{} {
+    for (int r = 0; r < 3; ++r)
+      for (int k = 0; k < N; ++k) {
+        const int pos = (N * r + k) % 3;
+        first[r][k] = pos == 0 ? -1 : 0;
+        third[r][k] = pos == 2 ? -1 : 0;
+        if (pos == 0) first_bits[r] |= uint64_t{1} << (k % 64);
+        if (pos == 2) third_bits[r] |= uint64_t{1} << (k % 64);
+      }
   }
 };
-inline constexpr tables48 kTables48{};
+template <int N> inline constexpr outer_masks<N> kOuterMasks{};
 
-inline __m128i table_reg(const table16& t) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(t.b)); }
+// The register's bytes moved up by two (byte k - 2 at k), the two lowest taken from the
+// top of prev (palignr across registers).
+template <int K, class R>
+inline R bytes_from_below(R prev, R cur) {
+  if constexpr (K == 1) return _mm_alignr_epi8(cur, prev, 14);
+#if defined(__AVX2__)
+  else if constexpr (K == 2) return _mm256_alignr_epi8(cur, _mm256_permute2x128_si256(prev, cur, 0x21), 14);
+#endif
+#if defined(__AVX512F__)
+  else return _mm512_alignr_epi8(cur, _mm512_alignr_epi64(cur, prev, 6), 14);
+#endif
+}
+
+// The register's bytes moved down by two (byte k + 2 at k), the two highest taken from
+// the bottom of next.
+template <int K, class R>
+inline R bytes_from_above(R cur, R next) {
+  if constexpr (K == 1) return _mm_alignr_epi8(next, cur, 2);
+#if defined(__AVX2__)
+  else if constexpr (K == 2) return _mm256_alignr_epi8(_mm256_permute2x128_si256(cur, next, 0x21), cur, 2);
+#endif
+#if defined(__AVX512F__)
+  else return _mm512_alignr_epi8(_mm512_alignr_epi64(next, cur, 2), cur, 2);
+#endif
+}
+
+// Register r of the three: the first byte of each triple from above, the third from
+// below, the middle kept.
+template <int K, class R>
+inline R outer_swapped(int r, R x, R below, R above) {
+  constexpr auto& m = kOuterMasks<16 * K>;
+  if constexpr (K == 1) {
+    const R f = _mm_loadu_si128(reinterpret_cast<const __m128i*>(m.first[r]));
+    const R t = _mm_loadu_si128(reinterpret_cast<const __m128i*>(m.third[r]));
+    return _mm_blendv_epi8(_mm_blendv_epi8(x, above, f), below, t);
+  }
+#if defined(__AVX2__)
+  else if constexpr (K == 2) {
+    const R f = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(m.first[r]));
+    const R t = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(m.third[r]));
+    return _mm256_blendv_epi8(_mm256_blendv_epi8(x, above, f), below, t);
+  }
+#endif
+#if defined(__AVX512F__)
+  else return _mm512_mask_blend_epi8(m.third_bits[r], _mm512_mask_blend_epi8(m.first_bits[r], x, above), below);
+#endif
+}
 
 }  // namespace x86
 
-// Three vectors of byte triples split into three planes (ld3).
-template <class V>
-inline void load_planes3(const typename V::lane* p, V& a, V& b, V& c) {
-  static_assert(std::is_same_v<typename V::lane, uint8_t> && V::kBlocks == 1, "ld3 of bytes");
-  const __m128i x[3] = {load<V>(p).r, load<V>(p + 16).r, load<V>(p + 32).r};
-  V* out[3] = {&a, &b, &c};
-  for (int pl = 0; pl < 3; ++pl) {
-    __m128i v = _mm_shuffle_epi8(x[0], x86::table_reg(x86::kTables48.ld[pl][0]));
-    v = _mm_or_si128(v, _mm_shuffle_epi8(x[1], x86::table_reg(x86::kTables48.ld[pl][1])));
-    out[pl]->r = _mm_or_si128(v, _mm_shuffle_epi8(x[2], x86::table_reg(x86::kTables48.ld[pl][2])));
-  }
-}
-
-// Three byte planes joined into triples, stored as three vectors (st3).
-template <class T, int K>
-inline void store_planes3(T* p, const vec<T, K>& a, const vec<T, K>& b, const vec<T, K>& c) {
-  static_assert(std::is_same_v<T, uint8_t> && K == 1, "st3 of bytes");
-  const __m128i x[3] = {a.r, b.r, c.r};
-  for (int r = 0; r < 3; ++r) {
-    __m128i v = _mm_shuffle_epi8(x[0], x86::table_reg(x86::kTables48.st[r][0]));
-    v = _mm_or_si128(v, _mm_shuffle_epi8(x[1], x86::table_reg(x86::kTables48.st[r][1])));
-    vec<T, 1> o;
-    o.r = _mm_or_si128(v, _mm_shuffle_epi8(x[2], x86::table_reg(x86::kTables48.st[r][2])));
-    store(p + 16 * r, o);
-  }
+// Three vectors holding byte triples (48 bytes a block) with the first and the third
+// byte of every triple exchanged: ld3, the outer planes exchanged, st3 (here each byte
+// taken from two above or two below, across registers).
+template <int K>
+inline void exchange_outer_bytes3(vec<uint8_t, K>& a, vec<uint8_t, K>& b, vec<uint8_t, K>& c) {
+  using R = typename reg<uint8_t, K>::type;
+  const R z = zeros<vec<uint8_t, K>>().r, x0 = a.r, x1 = b.r, x2 = c.r;
+  a.r = x86::outer_swapped<K>(0, x0, x86::bytes_from_below<K>(z, x0), x86::bytes_from_above<K>(x0, x1));
+  b.r = x86::outer_swapped<K>(1, x1, x86::bytes_from_below<K>(x0, x1), x86::bytes_from_above<K>(x1, x2));
+  c.r = x86::outer_swapped<K>(2, x2, x86::bytes_from_below<K>(x1, x2), x86::bytes_from_above<K>(x2, z));
 }
 
 }  // namespace zivks::simd
