@@ -26,7 +26,7 @@ inline void prefetch(const T* p) {
   if constexpr (Distance != 0) simd::prefetch_stream(reinterpret_cast<const char*>(p) + Distance);
 }
 
-// One pass over the source splitting every element; Take says which parts are kept.
+// One pass over the source splitting every element; kRe and kIm say which parts are kept.
 template <bool kRe, bool kIm, class E>
 void split(const E* src, P<E>* re, P<E>* im, int32_t len) {
   const P<E>* s = as_parts(src);
