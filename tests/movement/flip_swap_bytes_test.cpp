@@ -25,6 +25,31 @@ void narrow_flip_model(std::vector<T>& a) {
   }
 }
 
+// Every length against the step model (misaligned, guarded); a reversal exactly where
+// len mod 2W is not from W + 1 to 2W - 2; the out-of-place twin reverses everywhere.
+template <class T>
+void check_narrow(ZIVKStatus (*in_place)(T*, int32_t), ZIVKStatus (*out)(const T*, T*, int32_t),
+                  int max_len) {
+  const int w = 8 / sizeof(T);
+  for (int len = 1; len <= max_len; ++len) {
+    std::vector<T> v(len), rev(len), o(len);
+    std::iota(v.begin(), v.end(), 0);
+    std::reverse_copy(v.begin(), v.end(), rev.begin());
+    std::vector<T> model = v;
+    narrow_flip_model(model);
+    zt::Guarded<T> g(len, sizeof(T) * (len % 3));
+    std::copy(v.begin(), v.end(), g.data());
+    ASSERT_EQ(in_place(g.data(), len), 0);
+    ASSERT_TRUE(g.guards_intact()) << len;
+    const std::vector<T> got(g.data(), g.data() + len);
+    ASSERT_EQ(got, model) << "w " << w << " len " << len;
+    const int m = len % (2 * w);
+    EXPECT_EQ(got == rev, len < w || m <= w || m == 2 * w - 1) << "w " << w << " len " << len;
+    ASSERT_EQ(out(v.data(), o.data(), len), 0);
+    EXPECT_EQ(o, rev) << "out of place, w " << w << " len " << len;
+  }
+}
+
 TEST(Flip, NarrowInPlaceKeepsItsSteps) {
   std::vector<uint8_t> a(28);
   std::iota(a.begin(), a.begin() + 12, 0);
@@ -39,40 +64,8 @@ TEST(Flip, NarrowInPlaceKeepsItsSteps) {
   ASSERT_EQ(ZIVKS_Flip_16u_I(b, 6), 0);
   EXPECT_EQ(std::vector<uint16_t>(b, b + 6), (std::vector<uint16_t>{0, 1, 3, 2, 4, 5}));
 
-  // Every length against the step model; a reversal exactly where len mod 2W is not
-  // from W + 1 to 2W - 2; the out-of-place twins reverse everywhere.
-  for (int len = 1; len <= 300; ++len) {
-    for (int w : {8, 4}) {
-      std::vector<uint16_t> v(len), want(len), rev(len);
-      std::iota(v.begin(), v.end(), 0);
-      std::reverse_copy(v.begin(), v.end(), rev.begin());
-      want = v;
-      zt::Guarded<uint16_t> g(len, 2 * (len % 3));
-      std::vector<uint16_t> got(len), out(len);
-      if (w == 8) {
-        if (len > 256) continue;
-        std::vector<uint8_t> x(v.begin(), v.end()), m = x, o(len);
-        narrow_flip_model(m);
-        ASSERT_EQ(ZIVKS_Flip_8u(x.data(), o.data(), len), 0);
-        ASSERT_EQ(ZIVKS_Flip_8u_I(x.data(), len), 0);
-        ASSERT_EQ(x, m) << "Flip_8u_I len " << len;
-        want.assign(m.begin(), m.end());
-        got.assign(x.begin(), x.end());
-        out.assign(o.begin(), o.end());
-      } else {
-        for (int i = 0; i < len; ++i) g[i] = v[i];
-        narrow_flip_model(want);
-        ASSERT_EQ(ZIVKS_Flip_16u(v.data(), out.data(), len), 0);
-        ASSERT_EQ(ZIVKS_Flip_16u_I(g.data(), len), 0);
-        ASSERT_TRUE(g.guards_intact());
-        got.assign(g.data(), g.data() + len);
-        ASSERT_EQ(got, want) << "Flip_16u_I len " << len;
-      }
-      const int m = len % (2 * w);
-      EXPECT_EQ(got == rev, len < w || m <= w || m == 2 * w - 1) << "w " << w << " len " << len;
-      EXPECT_EQ(out, rev) << "out of place, w " << w << " len " << len;
-    }
-  }
+  check_narrow<uint8_t>(ZIVKS_Flip_8u_I, ZIVKS_Flip_8u, 256);
+  check_narrow<uint16_t>(ZIVKS_Flip_16u_I, ZIVKS_Flip_16u, 300);
 }
 
 // All flips over random bits, lengths and alignments: out of place is a reversal, the

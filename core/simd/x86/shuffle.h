@@ -61,7 +61,8 @@ inline R shuffle_lanes(R x, const table16& t) {
   else if constexpr (K == 2) return _mm256_shuffle_epi8(x, _mm256_broadcastsi128_si256(m));
 #endif
 #if defined(__AVX512F__)
-  else return _mm512_shuffle_epi8(x, _mm512_broadcast_i32x4(m));
+  // (the zero-masking forms with a full mask: the plain ones trip a false warning)
+  else return _mm512_shuffle_epi8(x, _mm512_maskz_broadcast_i32x4(0xFFFF, m));
 #endif
 }
 
@@ -76,7 +77,7 @@ inline vec<T, K> reverse(const vec<T, K>& a) {
   if constexpr (K == 2) x = _mm256_permute4x64_epi64(x, 0x4E);
 #endif
 #if defined(__AVX512F__)
-  if constexpr (K == 4) x = _mm512_shuffle_i64x2(x, x, 0x1B);
+  if constexpr (K == 4) x = _mm512_maskz_shuffle_i64x2(0xFF, x, x, 0x1B);
 #endif
   vec<T, K> r;
   x86::from_ints(r.r, x);
@@ -106,30 +107,26 @@ constexpr table16 unzip_table(int s) {
 template <int S> inline constexpr table16 kUnzip = unzip_table(S);
 
 #if defined(__AVX512F__)
-// Index vectors of the two-register permutes: even lanes, odd lanes, and the
-// interleaving of two registers' low and high halves.
+// Index vectors of the two-register permutes, in lanes of S bytes: even lanes, odd
+// lanes, and the interleaving of two registers' low and high halves.
 template <int S>
 struct permute_index {
+  using I = std::conditional_t<S == 2, int16_t, std::conditional_t<S == 4, int32_t, int64_t>>;
   static constexpr int n = 64 / S;
-  int16_t even[n], odd[n], zip_lo[n], zip_hi[n];
+  I even[n], odd[n], zip_lo[n], zip_hi[n];
   constexpr permute_index() : even{}, odd{}, zip_lo{}, zip_hi{} {
     for (int i = 0; i < n; ++i) {
-      even[i] = static_cast<int16_t>(2 * i);
-      odd[i] = static_cast<int16_t>(2 * i + 1);
-      zip_lo[i] = static_cast<int16_t>(i / 2 + (i % 2) * n);
-      zip_hi[i] = static_cast<int16_t>(n / 2 + i / 2 + (i % 2) * n);
+      even[i] = static_cast<I>(2 * i);
+      odd[i] = static_cast<I>(2 * i + 1);
+      zip_lo[i] = static_cast<I>(i / 2 + (i % 2) * n);
+      zip_hi[i] = static_cast<I>(n / 2 + i / 2 + (i % 2) * n);
     }
   }
 };
 template <int S> inline constexpr permute_index<S> kPermute{};
 
-// A permute index as a register of lanes of S bytes.
-template <int S>
-inline __m512i index_reg(const int16_t* idx) {
-  if constexpr (S == 2) return _mm512_loadu_si512(idx);
-  else if constexpr (S == 4) return _mm512_cvtepi16_epi32(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(idx)));
-  else return _mm512_cvtepi16_epi64(_mm_loadu_si128(reinterpret_cast<const __m128i*>(idx)));
-}
+template <class I>
+inline __m512i index_reg(const I* idx) { return _mm512_loadu_si512(idx); }
 
 template <int S>
 inline __m512i permute2(__m512i a, __m512i idx, __m512i b) {
@@ -185,8 +182,8 @@ inline void load_planes2(const typename V::lane* p, V& a, V& b) {
 #endif
 #if defined(__AVX512F__)
   else {
-    x86::from_ints(a.r, x86::permute2<S>(lo, x86::index_reg<S>(x86::kPermute<S>.even), hi));
-    x86::from_ints(b.r, x86::permute2<S>(lo, x86::index_reg<S>(x86::kPermute<S>.odd), hi));
+    x86::from_ints(a.r, x86::permute2<S>(lo, x86::index_reg(x86::kPermute<S>.even), hi));
+    x86::from_ints(b.r, x86::permute2<S>(lo, x86::index_reg(x86::kPermute<S>.odd), hi));
   }
 #endif
 }
@@ -216,8 +213,8 @@ inline void store_planes2(T* p, const vec<T, K>& a, const vec<T, K>& b) {
 #endif
 #if defined(__AVX512F__)
   else {
-    lo = x86::permute2<S>(x, x86::index_reg<S>(x86::kPermute<S>.zip_lo), y);
-    hi = x86::permute2<S>(x, x86::index_reg<S>(x86::kPermute<S>.zip_hi), y);
+    lo = x86::permute2<S>(x, x86::index_reg(x86::kPermute<S>.zip_lo), y);
+    hi = x86::permute2<S>(x, x86::index_reg(x86::kPermute<S>.zip_hi), y);
   }
 #endif
   V l, h;
@@ -258,7 +255,7 @@ inline R bytes_from_below(R prev, R cur) {
   else if constexpr (K == 2) return _mm256_alignr_epi8(cur, _mm256_permute2x128_si256(prev, cur, 0x21), 14);
 #endif
 #if defined(__AVX512F__)
-  else return _mm512_alignr_epi8(cur, _mm512_alignr_epi64(cur, prev, 6), 14);
+  else return _mm512_alignr_epi8(cur, _mm512_maskz_alignr_epi64(0xFF, cur, prev, 6), 14);
 #endif
 }
 
@@ -271,7 +268,7 @@ inline R bytes_from_above(R cur, R next) {
   else if constexpr (K == 2) return _mm256_alignr_epi8(_mm256_permute2x128_si256(cur, next, 0x21), cur, 2);
 #endif
 #if defined(__AVX512F__)
-  else return _mm512_alignr_epi8(_mm512_alignr_epi64(next, cur, 2), cur, 2);
+  else return _mm512_alignr_epi8(_mm512_maskz_alignr_epi64(0xFF, next, cur, 2), cur, 2);
 #endif
 }
 
