@@ -107,10 +107,16 @@ inline void prefetch_stream_l2(const void* p) {
 #if defined(ZIVKS_BACKEND_NEON)
 #include "core/simd/neon/float_arith.h"
 #include "core/simd/neon/bitwise.h"
+#include "core/simd/neon/shuffle.h"
+#include "core/simd/neon/negate.h"
 #elif defined(ZIVKS_BACKEND_X86)
 #include "core/simd/x86/float_arith.h"
 #include "core/simd/x86/bitwise.h"
+#include "core/simd/x86/shuffle.h"
+#include "core/simd/x86/negate.h"
 #else
 #include "core/simd/generic/float_arith.h"
 #include "core/simd/generic/bitwise.h"
+#include "core/simd/generic/shuffle.h"
+#include "core/simd/generic/negate.h"
 #endif
