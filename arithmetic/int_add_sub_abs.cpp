@@ -25,10 +25,10 @@ constexpr int kLanes = 16 / sizeof(T);
 template <class T>
 ZIVKStatus abs_of(const T* src, T* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src, dst)) return st;
-  using V = simd::vec<T>;
-  for_single_blocks<kLanes<T>>(
+  for_blocks<kLanes<T>>(
       len,
-      [&](int64_t i, auto) {
+      [&](int64_t i, auto w) {
+        using V = simd::vec<T, decltype(w)::value>;
         if constexpr (std::is_floating_point_v<T>) simd::store(dst + i, simd::clear_sign(simd::load<V>(src + i)));
         else simd::store(dst + i, simd::abs_sat(simd::load<V>(src + i)));
       },
@@ -50,11 +50,11 @@ ZIVKStatus abs_of(const T* src, T* dst, int32_t len) {
 template <class T, int Prefetch>
 ZIVKStatus add_sat(const T* src1, const T* src2, T* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src1, src2, dst)) return st;
-  using V = simd::vec<T>;
   constexpr int64_t ahead = Prefetch / sizeof(T);
-  for_single_blocks<kLanes<T>>(
+  for_blocks<kLanes<T>>(
       len,
-      [&](int64_t i, auto) {
+      [&](int64_t i, auto w) {
+        using V = simd::vec<T, decltype(w)::value>;
         simd::prefetch_stream(src1 + i + ahead);
         simd::prefetch_stream(src2 + i + ahead);
         simd::store(dst + i, simd::add_sat(simd::load<V>(src1 + i), simd::load<V>(src2 + i)));
@@ -66,10 +66,10 @@ ZIVKStatus add_sat(const T* src1, const T* src2, T* dst, int32_t len) {
 // Two uint8 arrays summed into uint16, 8 elements a block.
 ZIVKStatus add_8u16u(const uint8_t* src1, const uint8_t* src2, uint16_t* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src1, src2, dst)) return st;
-  using V = simd::vec<uint16_t>;
-  for_single_blocks<8>(
+  for_blocks<8>(
       len,
-      [&](int64_t i, auto) {
+      [&](int64_t i, auto w) {
+        using V = simd::vec<uint16_t, decltype(w)::value>;
         simd::prefetch_stream(src1 + i + 512);
         simd::prefetch_stream(src2 + i + 512);
         simd::store(dst + i, simd::add_wrap(simd::load_widen<V>(src1 + i), simd::load_widen<V>(src2 + i)));
@@ -84,12 +84,20 @@ enum class Op { kAdd, kSub };
 
 template <Op op, class B>
 ZIVKStatus int16_sat(const int16_t* a, const B& b, int16_t* dst, int32_t len) {
-  using V = simd::vec<int16_t>;
-  for_single_blocks<4>(
+  for_blocks<4>(
       len,
-      [&](int64_t i, auto) {
-        const V x = simd::load_lo<V>(a + i), y = b.template vec<V>(i);
-        simd::store_lo(dst + i, op == Op::kAdd ? simd::add_sat(x, y) : simd::sub_sat(x, y));
+      [&](int64_t i, auto w) {
+        // A block is half a vector: K blocks fill K / 2 whole ones.
+        constexpr int K = decltype(w)::value;
+        if constexpr (K == 1) {
+          using V = simd::vec<int16_t>;
+          const V x = simd::load_lo<V>(a + i), y = b.template vec_lo<V>(i);
+          simd::store_lo(dst + i, op == Op::kAdd ? simd::add_sat(x, y) : simd::sub_sat(x, y));
+        } else {
+          using V = simd::vec<int16_t, K / 2>;
+          const V x = simd::load<V>(a + i), y = b.template vec<V>(i);
+          simd::store(dst + i, op == Op::kAdd ? simd::add_sat(x, y) : simd::sub_sat(x, y));
+        }
       },
       [&](int64_t i) {
         const int32_t x = a[i], y = b.at(i);
@@ -100,11 +108,13 @@ ZIVKStatus int16_sat(const int16_t* a, const B& b, int16_t* dst, int32_t len) {
 
 struct int16_array {
   const int16_t* p;
-  template <class V> V vec(int64_t i) const { return simd::load_lo<V>(p + i); }
+  template <class V> V vec_lo(int64_t i) const { return simd::load_lo<V>(p + i); }
+  template <class V> V vec(int64_t i) const { return simd::load<V>(p + i); }
   int32_t at(int64_t i) const { return p[i]; }
 };
 struct int16_const {
   int16_t val;
+  template <class V> V vec_lo(int64_t) const { return simd::splat<V>(val); }
   template <class V> V vec(int64_t) const { return simd::splat<V>(val); }
   int32_t at(int64_t) const { return val; }
 };
@@ -113,10 +123,10 @@ struct int16_const {
 template <Op op>
 ZIVKStatus int16_to_32f(const int16_t* src1, const int16_t* src2, float* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src1, src2, dst)) return st;
-  using W = simd::vec<int32_t>;
-  for_single_blocks<4>(
+  for_blocks<4>(
       len,
-      [&](int64_t i, auto) {
+      [&](int64_t i, auto w) {
+        using W = simd::vec<int32_t, decltype(w)::value>;
         const W a = simd::load_widen<W>(src1 + i), b = simd::load_widen<W>(src2 + i);
         simd::store(dst + i, simd::cvt_to_float<float>(op == Op::kAdd ? simd::add_wrap(a, b) : simd::sub_wrap(b, a)));
       },
@@ -130,10 +140,10 @@ ZIVKStatus int16_to_32f(const int16_t* src1, const int16_t* src2, float* dst, in
 // srcDst[i] + src[i] with src sign-extended, wrapping: no saturation on purpose.
 ZIVKStatus add_16s32s_wrap(const int16_t* src, int32_t* srcDst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src, srcDst)) return st;
-  using W = simd::vec<int32_t>;
-  for_single_blocks<4>(
+  for_blocks<4>(
       len,
-      [&](int64_t i, auto) {
+      [&](int64_t i, auto w) {
+        using W = simd::vec<int32_t, decltype(w)::value>;
         simd::store(srcDst + i, simd::add_wrap(simd::load<W>(srcDst + i), simd::load_widen<W>(src + i)));
       },
       [&](int64_t i) {

@@ -35,6 +35,30 @@ inline void prefetch(const P* p, int64_t i, int bytes) {
   simd::prefetch_stream(reinterpret_cast<const char*>(p + i) + bytes);
 }
 
+// The same for every 64-byte line of the n elements from i (at least one).
+template <int64_t n, class P>
+inline void prefetch_lines(const P* p, int64_t i, int bytes) {
+  for (int64_t o = 0; o < (n * int64_t{sizeof(P)} + 63) / 64; ++o)
+    simd::prefetch_stream(reinterpret_cast<const char*>(p + i) + bytes + 64 * o);
+}
+
+// A value in every lane, made once for each register width a loop uses.
+template <class T>
+struct across {
+  simd::vec<T, 1> one;
+  simd::vec<T, simd::kWide> wide;
+  explicit across(T x) : one(simd::splat<simd::vec<T, 1>>(x)), wide(simd::splat<simd::vec<T, simd::kWide>>(x)) {}
+  template <int K>
+  const simd::vec<T, K>& get() const {
+    if constexpr (K == 1) return one;
+    else return wide;
+  }
+};
+
+// The blocks of B elements a loop body handles in one call of width w.
+template <int B, class W>
+constexpr int64_t kGroup = int64_t{B} * W::value;
+
 struct Scaled {
   int32_t e;
   ZIVKStatus st;
@@ -55,12 +79,14 @@ ZIVKStatus signed_scaled(const T* src1, const T* src2, T* dst, int32_t len, doub
   if (c.st) return c.st;
   using F = std::conditional_t<sizeof(T) == 2, float, double>;
   using W = std::conditional_t<sizeof(T) == 2, int32_t, int64_t>;
-  using VW = simd::vec<W>;
   const F m = scale::multiplier<F>(c.e);
-  const auto mv = simd::splat<simd::vec<F>>(m);
-  for_single_blocks<VW::kLanes>(
+  const across<F> mvs(m);
+  for_blocks<simd::vec<W>::kLanes>(
       len,
-      [&](int64_t i, auto) {
+      [&](int64_t i, auto w) {
+        constexpr int K = decltype(w)::value;
+        using VW = simd::vec<W, K>;
+        const auto& mv = mvs.template get<K>();
         const VW x = wrap<op>(simd::load_widen<VW>(src1 + i), simd::load_widen<VW>(src2 + i));
         const VW r = simd::cvt_sat<W, Mode::kNear>(simd::mul_to_convert(simd::cvt_to_float<F>(x), mv));
         simd::store_lo(dst + i, simd::narrow_sat<T>(r, r));
@@ -76,14 +102,13 @@ ZIVKStatus signed_scaled(const T* src1, const T* src2, T* dst, int32_t len, doub
 ZIVKStatus add_8u_s(const uint8_t* src1, const uint8_t* src2, uint8_t* dst, int32_t len, double scale) {
   const Scaled c = check(len, scale, src1, src2, dst);
   if (c.st) return c.st;
-  using V8 = simd::vec<uint8_t>;
-  using V16 = simd::vec<uint16_t>;
   if (c.e == 0) {
-    for_single_blocks<16>(
+    for_blocks<16>(
         len,
-        [&](int64_t i, auto) {
-          prefetch(src1, i, 512);
-          prefetch(src2, i, 512);
+        [&](int64_t i, auto w) {
+          using V8 = simd::vec<uint8_t, decltype(w)::value>;
+          prefetch_lines<kGroup<16, decltype(w)>>(src1, i, 512);
+          prefetch_lines<kGroup<16, decltype(w)>>(src2, i, 512);
           simd::store(dst + i, simd::add_sat(simd::load<V8>(src1 + i), simd::load<V8>(src2 + i)));
         },
         [&](int64_t i) {
@@ -94,20 +119,22 @@ ZIVKStatus add_8u_s(const uint8_t* src1, const uint8_t* src2, uint8_t* dst, int3
   }
   const float m = scale::multiplier<float>(c.e);
   if (c.e < 0) {
-    const auto mv = simd::splat<simd::vec<float>>(m);
-    auto scaled = [&](const V16& x) {
+    const across<float> mvs(m);
+    auto scaled = [&](const auto& x) {
+      const auto& mv = mvs.template get<std::decay_t<decltype(x)>::kBlocks>();
       const auto lo = simd::cvt_sat<int32_t, Mode::kNear>(
           simd::mul_to_convert(simd::cvt_to_float<float>(simd::widen_lo<uint32_t>(x)), mv));
       const auto hi = simd::cvt_sat<int32_t, Mode::kNear>(
           simd::mul_to_convert(simd::cvt_to_float<float>(simd::widen_hi<uint32_t>(x)), mv));
       return simd::narrow_sat<uint16_t>(lo, hi);
     };
-    for_single_blocks<8>(
+    for_blocks<8>(
         len,
-        [&](int64_t i, auto) {
-          prefetch(src1, i, 256);
-          prefetch(src2, i, 256);
-          prefetch(dst, i, 256);
+        [&](int64_t i, auto w) {
+          using V16 = simd::vec<uint16_t, decltype(w)::value>;
+          prefetch_lines<kGroup<8, decltype(w)>>(src1, i, 256);
+          prefetch_lines<kGroup<8, decltype(w)>>(src2, i, 256);
+          prefetch_lines<kGroup<8, decltype(w)>>(dst, i, 256);
           const V16 r = scaled(simd::add_wrap(simd::load_widen<V16>(src1 + i), simd::load_widen<V16>(src2 + i)));
           simd::store_lo(dst + i, simd::narrow_sat<uint8_t>(r, r));
         },
@@ -115,11 +142,12 @@ ZIVKStatus add_8u_s(const uint8_t* src1, const uint8_t* src2, uint8_t* dst, int3
     return ZIVK_STS_NO_ERR;
   }
   const int32_t k = c.e;
-  for_single_blocks<8>(
+  for_blocks<8>(
       len,
-      [&](int64_t i, auto) {
-        prefetch(src1, i, 256);
-        prefetch(src2, i, 256);
+      [&](int64_t i, auto w) {
+        using V16 = simd::vec<uint16_t, decltype(w)::value>;
+        prefetch_lines<kGroup<8, decltype(w)>>(src1, i, 256);
+        prefetch_lines<kGroup<8, decltype(w)>>(src2, i, 256);
         const V16 x = simd::add_wrap(simd::load_widen<V16>(src1 + i), simd::load_widen<V16>(src2 + i));
         const V16 r = simd::shl_sat_round_by_low_byte(x, k);
         simd::store_lo(dst + i, simd::narrow_sat<uint8_t>(r, r));
@@ -136,29 +164,31 @@ ZIVKStatus add_16u_s(const uint16_t* src1, const uint16_t* src2, uint16_t* dst, 
   const Scaled c = check(len, scale, src1, src2, dst);
   if (c.st) return c.st;
   if (c.e == 0) return ZIVKS_Add_16u(src1, src2, dst, len);
-  using V32 = simd::vec<uint32_t>;
   const float m = scale::multiplier<float>(c.e);
   auto tail = [&](int64_t i) { dst[i] = rounding::tail<uint16_t>(static_cast<float>(src1[i] + src2[i]) * m); };
   if (c.e < 0) {
-    const auto mv = simd::splat<simd::vec<float>>(m);
-    for_single_blocks<4>(
+    const across<float> mvs(m);
+    for_blocks<4>(
         len,
-        [&](int64_t i, auto) {
-          prefetch(src1, i, 512);
-          prefetch(src2, i, 512);
+        [&](int64_t i, auto w) {
+          using V32 = simd::vec<uint32_t, decltype(w)::value>;
+          prefetch_lines<kGroup<4, decltype(w)>>(src1, i, 512);
+          prefetch_lines<kGroup<4, decltype(w)>>(src2, i, 512);
           const V32 x = simd::add_wrap(simd::load_widen<V32>(src1 + i), simd::load_widen<V32>(src2 + i));
-          const auto r = simd::cvt_sat<int32_t, Mode::kNear>(simd::mul_to_convert(simd::cvt_to_float<float>(x), mv));
+          const auto r = simd::cvt_sat<int32_t, Mode::kNear>(
+              simd::mul_to_convert(simd::cvt_to_float<float>(x), mvs.template get<decltype(w)::value>()));
           simd::store_lo(dst + i, simd::narrow_sat<uint16_t>(r, r));
         },
         tail);
     return ZIVK_STS_NO_ERR;
   }
   const int32_t k = c.e;
-  for_single_blocks<4>(
+  for_blocks<4>(
       len,
-      [&](int64_t i, auto) {
-        prefetch(src1, i, 512);
-        prefetch(src2, i, 512);
+      [&](int64_t i, auto w) {
+        using V32 = simd::vec<uint32_t, decltype(w)::value>;
+        prefetch_lines<kGroup<4, decltype(w)>>(src1, i, 512);
+        prefetch_lines<kGroup<4, decltype(w)>>(src2, i, 512);
         const V32 x = simd::add_wrap(simd::load_widen<V32>(src1 + i), simd::load_widen<V32>(src2 + i));
         const V32 r = simd::shl_sat_round_by_low_byte(x, k);
         simd::store_lo(dst + i, simd::narrow_sat<uint16_t>(r, r));
@@ -213,38 +243,38 @@ ZIVKStatus sub_8u_s(const uint8_t* src1, const uint8_t* src2, uint8_t* dst, int3
 ZIVKStatus sub_16u_s(const uint16_t* src1, const uint16_t* src2, uint16_t* dst, int32_t len, double scale) {
   const Scaled c = check(len, scale, src1, src2, dst);
   if (c.st) return c.st;
-  using V = simd::vec<uint16_t>;
   constexpr int kVecs = 4;
-  auto diff = [&](int64_t i, int j) {
-    return simd::sub_sat(simd::load<V>(src2 + i + 8 * j), simd::load<V>(src1 + i + 8 * j));
-  };
   auto x = [&](int64_t i) { return static_cast<float>(exact<Op::kSub>(src1, src2, i)); };
-  auto blocks = [&](auto&& step, auto&& tail, bool prefetch_dst) {
-    for_single_blocks<32>(
-        len,
-        [&](int64_t i, auto) {
-          prefetch(src1, i, 1024);
-          prefetch(src2, i, 1024);
-          if (prefetch_dst) prefetch(dst, i, 1024);
-          V r[kVecs];
-          for (int j = 0; j < kVecs; ++j) r[j] = step(diff(i, j));
-          for (int j = 0; j < kVecs; ++j) simd::store(dst + i + 8 * j, r[j]);
-        },
-        tail);
+  // The body of a call of width w: kVecs registers of w blocks each.
+  auto body = [&](auto&& step, bool prefetch_dst) {
+    return [&, step, prefetch_dst](int64_t i, auto w) {
+      using V = simd::vec<uint16_t, decltype(w)::value>;
+      prefetch_lines<kGroup<32, decltype(w)>>(src1, i, 1024);
+      prefetch_lines<kGroup<32, decltype(w)>>(src2, i, 1024);
+      if (prefetch_dst) prefetch_lines<kGroup<32, decltype(w)>>(dst, i, 1024);
+      V r[kVecs];
+      for (int j = 0; j < kVecs; ++j) {
+        const int64_t at = i + int64_t{V::kLanes} * j;
+        r[j] = step(simd::sub_sat(simd::load<V>(src2 + at), simd::load<V>(src1 + at)));
+      }
+      for (int j = 0; j < kVecs; ++j) simd::store(dst + i + int64_t{V::kLanes} * j, r[j]);
+    };
   };
   if (c.e == 0) {
-    blocks([](const V& d) { return d; }, [&](int64_t i) { dst[i] = rounding::tail<uint16_t>(x(i)); }, false);
+    for_blocks<32>(len, body([](const auto& d) { return d; }, false),
+                   [&](int64_t i) { dst[i] = rounding::tail<uint16_t>(x(i)); });
   } else if (c.e < 0) {
+    // The two-step narrowing works on groups of 8 elements: one block at a time.
     const float m = scale::multiplier<float>(c.e);
     const auto mv = simd::splat<simd::vec<float>>(m);
-    blocks([&](const V& d) { return scaled_group(d, mv); },
-           [&](int64_t i) { dst[i] = rounding::tail<uint16_t>(x(i) * m); }, true);
+    for_single_blocks<32>(len, body([&](const simd::vec<uint16_t>& d) { return scaled_group(d, mv); }, true),
+                          [&](int64_t i) { dst[i] = rounding::tail<uint16_t>(x(i) * m); });
   } else {
     const int32_t k = c.e;
     // 2^k for every tail element; computing it once gives the same value.
     const float m = static_cast<float>(pow(2.0, static_cast<double>(k)));
-    blocks([&](const V& d) { return simd::shl_sat_round_by_low_byte(d, k); },
-           [&](int64_t i) { dst[i] = rounding::tail<uint16_t>(x(i) * m); }, false);
+    for_blocks<32>(len, body([&](const auto& d) { return simd::shl_sat_round_by_low_byte(d, k); }, false),
+                   [&](int64_t i) { dst[i] = rounding::tail<uint16_t>(x(i) * m); });
   }
   return ZIVK_STS_NO_ERR;
 }

@@ -20,9 +20,9 @@ using rounding::Mode;
 // step. Intermediate steps keep signed lanes; only the last one takes I's signedness,
 // which gives the same clamp as unsigned lanes would. A single vector at the last step
 // fills half a vector.
-template <class I, class X, int N>
-inline void narrow_store(I* d, const simd::vec<X> (&r)[N]) {
-  using VX = simd::vec<X>;
+template <class I, class X, int K, int N>
+inline void narrow_store(I* d, const simd::vec<X, K> (&r)[N]) {
+  using VX = simd::vec<X, K>;
   if constexpr (sizeof(X) == sizeof(I)) {
     for (int j = 0; j < N; ++j) simd::store(d + j * VX::kLanes, r[j]);
   } else if constexpr (sizeof(X) == 2 * sizeof(I)) {
@@ -34,7 +34,7 @@ inline void narrow_store(I* d, const simd::vec<X> (&r)[N]) {
   } else {
     static_assert(N % 2 == 0, "intermediate steps narrow pairs");
     using Y = std::conditional_t<sizeof(X) == 8, int32_t, int16_t>;
-    simd::vec<Y> n[N / 2];
+    simd::vec<Y, K> n[N / 2];
     for (int j = 0; j < N / 2; ++j) n[j] = simd::narrow_sat<Y>(r[2 * j], r[2 * j + 1]);
     narrow_store<I>(d, n);
   }
@@ -42,14 +42,21 @@ inline void narrow_store(I* d, const simd::vec<X> (&r)[N]) {
 
 template <class F, class I, int B, Mode m, bool kMultiply>
 void run(const F* src, I* dst, int32_t len, F mult) {
-  using VF = simd::vec<F>;
   using L = rounding::lane_int_t<F>;
-  constexpr int kVecs = B / VF::kLanes;
-  const VF mv = simd::splat<VF>(mult);
-  for_single_blocks<B>(
+  constexpr int kVecs = B / simd::vec<F>::kLanes;
+  const simd::vec<F> mv1 = simd::splat<simd::vec<F>>(mult);
+  const simd::vec<F, simd::kWide> mvw = simd::splat<simd::vec<F, simd::kWide>>(mult);
+  // Every element is converted on its own: K blocks are kVecs registers of K blocks.
+  for_blocks<B>(
       len,
-      [&](int64_t i, auto) {
-        simd::vec<L> r[kVecs];
+      [&](int64_t i, auto w) {
+        constexpr int K = decltype(w)::value;
+        using VF = simd::vec<F, K>;
+        const VF& mv = [&]() -> const VF& {
+          if constexpr (K == 1) return mv1;
+          else return mvw;
+        }();
+        simd::vec<L, K> r[kVecs];
         for (int j = 0; j < kVecs; ++j) {
           VF p = simd::load<VF>(src + i + j * VF::kLanes);
           if constexpr (kMultiply) p = simd::mul_to_convert(p, mv);

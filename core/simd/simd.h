@@ -78,9 +78,13 @@ inline V load_lo(const typename V::lane* p) {
   return v;
 }
 
-// The low 8 bytes of v (str d).
-template <class T>
-inline void store_lo(T* p, const vec<T, 1>& v) {
+// The low 8 bytes of v (str d); of a register of several blocks, its low half.
+template <class T, int K>
+inline void store_lo(T* p, const vec<T, K>& v) {
+  if constexpr (K > 1) {
+    memcpy(p, &v.r, sizeof v.r / 2);
+    return;
+  }
 #if defined(ZIVKS_BACKEND_X86)
   __m128i x;
   memcpy(&x, &v.r, sizeof x);

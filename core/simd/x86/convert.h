@@ -1,6 +1,8 @@
 // x86 backend: conversions between integer and float lanes, and the float multiply.
 // cvt gives the "integer indefinite" 0x80...0 for NaN and for every value out of range,
-// where the Arm conversions saturate and give 0 for NaN: those lanes are fixed up.
+// where the Arm conversions saturate and give 0 for NaN: those lanes are fixed up. The
+// AVX-512 forms do it with lane masks: NaN lanes are left out of the conversion (zeroed),
+// lanes at or above the top get the maximum.
 #pragma once
 
 #include "core/scale.h"
@@ -8,25 +10,40 @@
 namespace zivks::simd {
 
 // scvtf / ucvtf
-template <class F, class I>
-inline vec<F, 1> cvt_to_float(const vec<I, 1>& a) {
+template <class F, class I, int K>
+inline vec<F, K> cvt_to_float(const vec<I, K>& a) {
+  using V = vec<F, K>;
   if constexpr (std::is_same_v<I, int32_t>) {
-    return vec<F, 1>{_mm_cvtepi32_ps(a.r)};
+    if constexpr (K == 1) return V{_mm_cvtepi32_ps(a.r)};
+    else if constexpr (K == 2) return V{_mm256_cvtepi32_ps(a.r)};
+    else return V{_mm512_cvtepi32_ps(a.r)};
   } else if constexpr (std::is_same_v<I, uint32_t>) {
 #if defined(__AVX512F__) && defined(__AVX512VL__)
-    return vec<F, 1>{_mm_cvtepu32_ps(a.r)};
+    if constexpr (K == 1) return V{_mm_cvtepu32_ps(a.r)};
+    else if constexpr (K == 2) return V{_mm256_cvtepu32_ps(a.r)};
+    else return V{_mm512_cvtepu32_ps(a.r)};
 #else
     // The high half times 2^16 is exact; the one rounding is in the final add.
-    const __m128 hi = _mm_cvtepi32_ps(_mm_srli_epi32(a.r, 16));
-    const __m128 lo = _mm_cvtepi32_ps(_mm_and_si128(a.r, _mm_set1_epi32(0xFFFF)));
-    return vec<F, 1>{_mm_add_ps(_mm_mul_ps(hi, _mm_set1_ps(65536.0f)), lo)};
+    if constexpr (K == 1) {
+      const __m128 hi = _mm_cvtepi32_ps(_mm_srli_epi32(a.r, 16));
+      const __m128 lo = _mm_cvtepi32_ps(_mm_and_si128(a.r, _mm_set1_epi32(0xFFFF)));
+      return V{_mm_add_ps(_mm_mul_ps(hi, _mm_set1_ps(65536.0f)), lo)};
+    } else {
+      const __m256 hi = _mm256_cvtepi32_ps(_mm256_srli_epi32(a.r, 16));
+      const __m256 lo = _mm256_cvtepi32_ps(_mm256_and_si256(a.r, _mm256_set1_epi32(0xFFFF)));
+      return V{_mm256_add_ps(_mm256_mul_ps(hi, _mm256_set1_ps(65536.0f)), lo)};
+    }
 #endif
   } else if constexpr (std::is_same_v<I, int64_t>) {
 #if defined(__AVX512DQ__) && defined(__AVX512VL__)
-    return vec<F, 1>{_mm_cvtepi64_pd(a.r)};
+    if constexpr (K == 1) return V{_mm_cvtepi64_pd(a.r)};
+    else if constexpr (K == 2) return V{_mm256_cvtepi64_pd(a.r)};
+    else return V{_mm512_cvtepi64_pd(a.r)};
 #else
-    const lanes<vec<I, 1>> l(a);
-    return vec<F, 1>{_mm_set_pd(static_cast<double>(l.v[1]), static_cast<double>(l.v[0]))};
+    const lanes<vec<I, K>> l(a);
+    lanes<V> r(V{});
+    for (int j = 0; j < V::kLanes; ++j) r.v[j] = static_cast<double>(l.v[j]);
+    return r.get();
 #endif
   } else {
     static_assert(sizeof(I) == 0, "no such conversion");
@@ -44,78 +61,161 @@ inline vec<F, 1> mul(const vec<F, 1>& a, const vec<F, 1>& b) {
 
 // fmul for a product that is converted to an integer next (every NaN becomes 0, so
 // which NaN comes out does not matter).
-template <class F>
-inline vec<F, 1> mul_to_convert(const vec<F, 1>& a, const vec<F, 1>& b) {
-  if constexpr (std::is_same_v<F, float>) return vec<F, 1>{_mm_mul_ps(a.r, b.r)};
-  else return vec<F, 1>{_mm_mul_pd(a.r, b.r)};
+template <class F, int K>
+inline vec<F, K> mul_to_convert(const vec<F, K>& a, const vec<F, K>& b) {
+  return vec<F, K>{a.r * b.r};
 }
 
 namespace x86 {
 
-// Whole float lanes by m, independent of MXCSR; NaN stays NaN.
-template <rounding::Mode m>
-inline __m128 round(__m128 p) {
+// Float registers of K blocks: constants, compares to a register of all-ones lanes, and
+// the rounding to whole values (independent of MXCSR; NaN stays NaN).
+template <class R> struct fregs;
+template <> struct fregs<__m128> {
+  static __m128 set1(float x) { return _mm_set1_ps(x); }
+  template <int imm> static __m128 cmp(__m128 a, __m128 b) { return _mm_cmp_ps(a, b, imm); }
+  template <int imm> static __m128 round(__m128 a) { return _mm_round_ps(a, imm); }
+};
+template <> struct fregs<__m128d> {
+  static __m128d set1(double x) { return _mm_set1_pd(x); }
+  template <int imm> static __m128d cmp(__m128d a, __m128d b) { return _mm_cmp_pd(a, b, imm); }
+  template <int imm> static __m128d round(__m128d a) { return _mm_round_pd(a, imm); }
+};
+#if defined(__AVX2__)
+template <> struct fregs<__m256> {
+  static __m256 set1(float x) { return _mm256_set1_ps(x); }
+  template <int imm> static __m256 cmp(__m256 a, __m256 b) { return _mm256_cmp_ps(a, b, imm); }
+  template <int imm> static __m256 round(__m256 a) { return _mm256_round_ps(a, imm); }
+};
+template <> struct fregs<__m256d> {
+  static __m256d set1(double x) { return _mm256_set1_pd(x); }
+  template <int imm> static __m256d cmp(__m256d a, __m256d b) { return _mm256_cmp_pd(a, b, imm); }
+  template <int imm> static __m256d round(__m256d a) { return _mm256_round_pd(a, imm); }
+};
+#endif
+#if defined(__AVX512F__)
+template <> struct fregs<__m512> {
+  static __m512 set1(float x) { return _mm512_set1_ps(x); }
+  template <int imm> static __m512 round(__m512 a) { return _mm512_roundscale_ps(a, imm); }
+};
+template <> struct fregs<__m512d> {
+  static __m512d set1(double x) { return _mm512_set1_pd(x); }
+  template <int imm> static __m512d round(__m512d a) { return _mm512_roundscale_pd(a, imm); }
+};
+#endif
+
+// Whole float lanes by m; NaN stays NaN. A tie away from zero: the truncation plus one
+// step of p's sign where the (exact) fraction is at least one half.
+template <rounding::Mode m, class R>
+inline R round(R p) {
   using rounding::Mode;
-  if constexpr (m == Mode::kZero) return _mm_round_ps(p, _MM_FROUND_TO_ZERO | _MM_FROUND_NO_EXC);
-  else if constexpr (m == Mode::kNear) return _mm_round_ps(p, _MM_FROUND_TO_NEAREST_INT | _MM_FROUND_NO_EXC);
+  using S = std::conditional_t<sizeof(p[0]) == 4, float, double>;
+  using f = fregs<R>;
+  if constexpr (m == Mode::kZero) return f::template round<_MM_FROUND_TO_ZERO | _MM_FROUND_NO_EXC>(p);
+  else if constexpr (m == Mode::kNear) return f::template round<_MM_FROUND_TO_NEAREST_INT | _MM_FROUND_NO_EXC>(p);
   else {
-    const __m128 sign = _mm_castsi128_ps(_mm_set1_epi32(INT32_MIN));
-    const __m128 t = _mm_round_ps(p, _MM_FROUND_TO_ZERO | _MM_FROUND_NO_EXC);
-    const __m128 frac = _mm_andnot_ps(sign, _mm_sub_ps(p, t));  // exact
-    const __m128 step = _mm_or_ps(_mm_set1_ps(1.0f), _mm_and_ps(p, sign));
-    return _mm_add_ps(t, _mm_and_ps(_mm_cmpge_ps(frac, _mm_set1_ps(0.5f)), step));
-  }
-}
-template <rounding::Mode m>
-inline __m128d round(__m128d p) {
-  using rounding::Mode;
-  if constexpr (m == Mode::kZero) return _mm_round_pd(p, _MM_FROUND_TO_ZERO | _MM_FROUND_NO_EXC);
-  else if constexpr (m == Mode::kNear) return _mm_round_pd(p, _MM_FROUND_TO_NEAREST_INT | _MM_FROUND_NO_EXC);
-  else {
-    const __m128d sign = _mm_castsi128_pd(_mm_set1_epi64x(INT64_MIN));
-    const __m128d t = _mm_round_pd(p, _MM_FROUND_TO_ZERO | _MM_FROUND_NO_EXC);
-    const __m128d frac = _mm_andnot_pd(sign, _mm_sub_pd(p, t));  // exact
-    const __m128d step = _mm_or_pd(_mm_set1_pd(1.0), _mm_and_pd(p, sign));
-    return _mm_add_pd(t, _mm_and_pd(_mm_cmpge_pd(frac, _mm_set1_pd(0.5)), step));
+    const R t = f::template round<_MM_FROUND_TO_ZERO | _MM_FROUND_NO_EXC>(p);
+    auto bits = [](R x) { return ints(x); };
+    const auto sign = bits(f::set1(S(-0.0)));
+    const auto frac = ~sign & bits(p - t);  // exact
+    const auto step = bits(f::set1(S(1))) | (bits(p) & sign);
+    R fr, st;
+    from_ints(fr, frac);
+    from_ints(st, step);
+    R ge;
+    if constexpr (sizeof(R) == 64) {
+      if constexpr (sizeof(S) == 4) ge = _mm512_castsi512_ps(_mm512_movm_epi32(_mm512_cmp_ps_mask(fr, f::set1(S(0.5)), _CMP_GE_OQ)));
+      else ge = _mm512_castsi512_pd(_mm512_movm_epi64(_mm512_cmp_pd_mask(fr, f::set1(S(0.5)), _CMP_GE_OQ)));
+    } else {
+      ge = f::template cmp<_CMP_GE_OQ>(fr, f::set1(S(0.5)));
+    }
+    R add;
+    from_ints(add, bits(ge) & bits(st));
+    return t + add;
   }
 }
 
 }  // namespace x86
 
 // fcvtzs / fcvtns / fcvtas, and fcvtzu / fcvtnu / fcvtau for 32-bit lanes.
-template <class L, rounding::Mode m, class F>
-inline vec<L, 1> cvt_sat(const vec<F, 1>& a) {
-  if constexpr (std::is_same_v<L, int32_t>) {
-    const __m128 r = x86::round<m>(a.r);
-    // 0x80000000 from cvt where the lane is 2^31 or more becomes 0x7FFFFFFF.
-    const __m128i big = _mm_castps_si128(_mm_cmpge_ps(r, _mm_set1_ps(2147483648.0f)));
-    const __m128i i = _mm_xor_si128(_mm_cvttps_epi32(r), big);
-    return vec<L, 1>{_mm_and_si128(i, _mm_castps_si128(_mm_cmpord_ps(a.r, a.r)))};
-  } else if constexpr (std::is_same_v<L, uint32_t>) {
-    // max keeps its second operand for NaN: NaN and everything below 0 become 0.
-    const __m128 r = _mm_max_ps(x86::round<m>(a.r), _mm_setzero_ps());
-    const __m128 big = _mm_cmpge_ps(r, _mm_set1_ps(2147483648.0f));
-    const __m128 low = _mm_sub_ps(r, _mm_and_ps(big, _mm_set1_ps(2147483648.0f)));
-    const __m128i i = _mm_xor_si128(_mm_cvttps_epi32(low),
-                                    _mm_and_si128(_mm_castps_si128(big), _mm_set1_epi32(INT32_MIN)));
-    return vec<L, 1>{_mm_or_si128(i, _mm_castps_si128(_mm_cmpge_ps(r, _mm_set1_ps(4294967296.0f))))};
-  } else if constexpr (std::is_same_v<L, int64_t>) {
-    const __m128d r = x86::round<m>(a.r);
-#if defined(__AVX512DQ__) && defined(__AVX512VL__)
-    const __m128i big = _mm_castpd_si128(_mm_cmpge_pd(r, _mm_set1_pd(9223372036854775808.0)));
-    const __m128i i = _mm_xor_si128(_mm_cvttpd_epi64(r), big);
-    return vec<L, 1>{_mm_and_si128(i, _mm_castpd_si128(_mm_cmpord_pd(a.r, a.r)))};
-#else
-    lanes<vec<double, 1>> l(vec<double, 1>{r});
-    int64_t out[2];
-    for (int j = 0; j < 2; ++j) {
-      const double x = l.v[j];
-      out[j] = x != x ? 0
-               : x >= 9223372036854775808.0 ? INT64_MAX
-               : x < -9223372036854775808.0 ? INT64_MIN
-                                            : static_cast<int64_t>(x);
+template <class L, rounding::Mode m, class F, int K>
+inline vec<L, K> cvt_sat(const vec<F, K>& a) {
+  using rounding::Mode;
+  using V = vec<L, K>;
+  if constexpr (K == 4) {
+#if defined(__AVX512F__) && defined(__AVX512DQ__)
+    // AVX-512: the rounding goes into the conversion where the mode has one; NaN lanes
+    // are masked out (0) and lanes at or above the top take the maximum. Whether a lane
+    // reaches the top is the same before and after rounding: floats that large are whole.
+    constexpr int kNoExc = _MM_FROUND_NO_EXC;
+    if constexpr (std::is_same_v<L, int32_t>) {
+      const __mmask16 ord = _mm512_cmp_ps_mask(a.r, a.r, _CMP_ORD_Q);
+      const __mmask16 big = _mm512_cmp_ps_mask(a.r, _mm512_set1_ps(2147483648.0f), _CMP_GE_OQ);
+      __m512i i;
+      if constexpr (m == Mode::kZero) i = _mm512_maskz_cvtt_roundps_epi32(ord, a.r, kNoExc);
+      else if constexpr (m == Mode::kNear) i = _mm512_maskz_cvt_roundps_epi32(ord, a.r, _MM_FROUND_TO_NEAREST_INT | kNoExc);
+      else i = _mm512_maskz_cvtt_roundps_epi32(ord, x86::round<m>(a.r), kNoExc);
+      return V{_mm512_mask_mov_epi32(i, big, _mm512_set1_epi32(INT32_MAX))};
+    } else if constexpr (std::is_same_v<L, uint32_t>) {
+      // max keeps its second operand for NaN: NaN and everything below 0 become 0. The
+      // unsigned conversion gives 2^32 - 1 for every lane too large: the saturated value.
+      const __m512 p = _mm512_max_ps(a.r, _mm512_setzero_ps());
+      if constexpr (m == Mode::kZero) return V{_mm512_cvtt_roundps_epu32(p, kNoExc)};
+      else if constexpr (m == Mode::kNear) return V{_mm512_cvt_roundps_epu32(p, _MM_FROUND_TO_NEAREST_INT | kNoExc)};
+      else return V{_mm512_cvtt_roundps_epu32(x86::round<m>(p), kNoExc)};
+    } else if constexpr (std::is_same_v<L, int64_t>) {
+      const __mmask8 ord = _mm512_cmp_pd_mask(a.r, a.r, _CMP_ORD_Q);
+      const __mmask8 big = _mm512_cmp_pd_mask(a.r, _mm512_set1_pd(9223372036854775808.0), _CMP_GE_OQ);
+      __m512i i;
+      if constexpr (m == Mode::kZero) i = _mm512_maskz_cvtt_roundpd_epi64(ord, a.r, kNoExc);
+      else if constexpr (m == Mode::kNear) i = _mm512_maskz_cvt_roundpd_epi64(ord, a.r, _MM_FROUND_TO_NEAREST_INT | kNoExc);
+      else i = _mm512_maskz_cvtt_roundpd_epi64(ord, x86::round<m>(a.r), kNoExc);
+      return V{_mm512_mask_mov_epi64(i, big, _mm512_set1_epi64(INT64_MAX))};
+    } else {
+      static_assert(sizeof(L) == 0, "no such conversion");
     }
-    return load<vec<L, 1>>(out);
+#endif
+  } else if constexpr (std::is_same_v<L, int32_t>) {
+    using f = x86::fregs<decltype(a.r)>;
+    const auto r = x86::round<m>(a.r);
+    // 0x80000000 from cvt where the lane is 2^31 or more becomes 0x7FFFFFFF.
+    const auto big = x86::ints(f::template cmp<_CMP_GE_OQ>(r, f::set1(2147483648.0f)));
+    const auto ord = x86::ints(f::template cmp<_CMP_ORD_Q>(a.r, a.r));
+    if constexpr (K == 1) return V{(_mm_cvttps_epi32(r) ^ big) & ord};
+    else return V{(_mm256_cvttps_epi32(r) ^ big) & ord};
+  } else if constexpr (std::is_same_v<L, uint32_t>) {
+    using f = x86::fregs<decltype(a.r)>;
+    // max keeps its second operand for NaN: NaN and everything below 0 become 0.
+    decltype(a.r) r;
+    if constexpr (K == 1) r = _mm_max_ps(x86::round<m>(a.r), _mm_setzero_ps());
+    else r = _mm256_max_ps(x86::round<m>(a.r), _mm256_setzero_ps());
+    const auto big = f::template cmp<_CMP_GE_OQ>(r, f::set1(2147483648.0f));
+    decltype(a.r) shift;
+    x86::from_ints(shift, x86::ints(big) & x86::ints(f::set1(2147483648.0f)));
+    const auto low = r - shift;
+    const auto top = x86::ints(f::template cmp<_CMP_GE_OQ>(r, f::set1(4294967296.0f)));
+    const auto sign = x86::ints(big) & x86::ints(f::set1(-0.0f));
+    if constexpr (K == 1) return V{(_mm_cvttps_epi32(low) ^ sign) | top};
+    else return V{(_mm256_cvttps_epi32(low) ^ sign) | top};
+  } else if constexpr (std::is_same_v<L, int64_t>) {
+    const auto r = x86::round<m>(a.r);
+#if defined(__AVX512DQ__) && defined(__AVX512VL__)
+    using f = x86::fregs<decltype(a.r)>;
+    const auto big = x86::ints(f::template cmp<_CMP_GE_OQ>(r, f::set1(9223372036854775808.0)));
+    const auto ord = x86::ints(f::template cmp<_CMP_ORD_Q>(a.r, a.r));
+    if constexpr (K == 1) return V{(_mm_cvttpd_epi64(r) ^ big) & ord};
+    else return V{(_mm256_cvttpd_epi64(r) ^ big) & ord};
+#else
+    lanes<vec<double, K>> l(vec<double, K>{r});
+    lanes<V> out(V{});
+    for (int j = 0; j < V::kLanes; ++j) {
+      const double x = l.v[j];
+      out.v[j] = x != x ? 0
+                 : x >= 9223372036854775808.0 ? INT64_MAX
+                 : x < -9223372036854775808.0 ? INT64_MIN
+                                              : static_cast<int64_t>(x);
+    }
+    return out.get();
 #endif
   } else {
     static_assert(sizeof(L) == 0, "no such conversion");

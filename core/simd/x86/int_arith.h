@@ -1,179 +1,312 @@
 // x86 backend: integer lanes and the sign clear of float lanes. Where SSE has no
 // instruction of the Arm meaning (unsigned 32-bit saturation, a shift by a signed
-// count, unsigned narrowing), a short sequence gives the same lanes.
+// count, unsigned narrowing), a short sequence gives the same lanes. The forms of 2 and
+// 4 blocks (AVX2, AVX-512) give every lane exactly what the form of one block gives it;
+// lanes stay in memory order, also where a result is wider or narrower than its input.
 #pragma once
 
 namespace zivks::simd {
+
+namespace x86 {
+
+// One operation in registers of K blocks: f1, f2 or f4 by the width.
+#define ZIVKS_X86_BY_K(K, f1, f2, f4)  \
+  [&] {                                  \
+    if constexpr ((K) == 1) return f1;       \
+    else if constexpr ((K) == 2) return f2;  \
+    else return f4;                          \
+  }()
+
+// The low and high halves of a register of K blocks, as registers of K / 2 blocks (a
+// plain __m128i at K = 1 and K = 2: the half of an SSE register goes by 8-byte loads).
+#if defined(__AVX2__)
+inline __m128i lo_half(__m256i x) { return _mm256_castsi256_si128(x); }
+inline __m128i hi_half(__m256i x) { return _mm256_extracti128_si256(x, 1); }
+#endif
+#if defined(__AVX512F__)
+inline __m256i lo_half(__m512i x) { return _mm512_castsi512_si256(x); }
+inline __m256i hi_half(__m512i x) { return _mm512_extracti64x4_epi64(x, 1); }
+#endif
+
+// Narrow lanes From (in the low bytes of x) widened to To, in order: K blocks of To.
+template <class To, class From, int K, class H>
+inline typename int_reg<K>::type widen(H x) {
+  if constexpr (K == 1) {
+    if constexpr (std::is_same_v<From, uint8_t>) return _mm_cvtepu8_epi16(x);
+    else if constexpr (std::is_same_v<From, uint16_t>) return _mm_cvtepu16_epi32(x);
+    else if constexpr (std::is_same_v<From, int16_t>) return _mm_cvtepi16_epi32(x);
+    else if constexpr (std::is_same_v<From, int32_t>) return _mm_cvtepi32_epi64(x);
+    else static_assert(sizeof(From) == 0, "no such widening");
+  }
+#if defined(__AVX2__)
+  else if constexpr (K == 2) {
+    if constexpr (std::is_same_v<From, uint8_t>) return _mm256_cvtepu8_epi16(x);
+    else if constexpr (std::is_same_v<From, uint16_t>) return _mm256_cvtepu16_epi32(x);
+    else if constexpr (std::is_same_v<From, int16_t>) return _mm256_cvtepi16_epi32(x);
+    else if constexpr (std::is_same_v<From, int32_t>) return _mm256_cvtepi32_epi64(x);
+    else static_assert(sizeof(From) == 0, "no such widening");
+  }
+#endif
+#if defined(__AVX512BW__)
+  else {
+    if constexpr (std::is_same_v<From, uint8_t>) return _mm512_cvtepu8_epi16(x);
+    else if constexpr (std::is_same_v<From, uint16_t>) return _mm512_cvtepu16_epi32(x);
+    else if constexpr (std::is_same_v<From, int16_t>) return _mm512_cvtepi16_epi32(x);
+    else if constexpr (std::is_same_v<From, int32_t>) return _mm512_cvtepi32_epi64(x);
+    else static_assert(sizeof(From) == 0, "no such widening");
+  }
+#endif
+}
+
+template <int K> inline typename int_reg<K>::type set1_16(int16_t x) {
+  return ZIVKS_X86_BY_K(K, _mm_set1_epi16(x), _mm256_set1_epi16(x), _mm512_set1_epi16(x));
+}
+template <int K> inline typename int_reg<K>::type set1_32(int32_t x) {
+  return ZIVKS_X86_BY_K(K, _mm_set1_epi32(x), _mm256_set1_epi32(x), _mm512_set1_epi32(x));
+}
+template <int K> inline typename int_reg<K>::type set1_64(int64_t x) {
+  return ZIVKS_X86_BY_K(K, _mm_set1_epi64x(x), _mm256_set1_epi64x(x), _mm512_set1_epi64(x));
+}
+template <int K, class R> inline R min_u16(R a, R b) {
+  return ZIVKS_X86_BY_K(K, _mm_min_epu16(a, b), _mm256_min_epu16(a, b), _mm512_min_epu16(a, b));
+}
+template <int K, class R> inline R min_u32(R a, R b) {
+  return ZIVKS_X86_BY_K(K, _mm_min_epu32(a, b), _mm256_min_epu32(a, b), _mm512_min_epu32(a, b));
+}
+template <int K, class R> inline R add16(R a, R b) {
+  return ZIVKS_X86_BY_K(K, _mm_add_epi16(a, b), _mm256_add_epi16(a, b), _mm512_add_epi16(a, b));
+}
+template <int K, class R> inline R add32(R a, R b) {
+  return ZIVKS_X86_BY_K(K, _mm_add_epi32(a, b), _mm256_add_epi32(a, b), _mm512_add_epi32(a, b));
+}
+
+// Pairs of 64-bit quarters of packed registers of 2 or 4 blocks put back in memory
+// order: a pack works within each block, giving a's half then b's half of every block.
+template <int K, class R>
+inline R unpack_order(R x) {
+  if constexpr (K == 1) return x;
+#if defined(__AVX2__)
+  else if constexpr (K == 2) return _mm256_permute4x64_epi64(x, _MM_SHUFFLE(3, 1, 2, 0));
+#endif
+#if defined(__AVX512F__)
+  else return _mm512_permutexvar_epi64(_mm512_set_epi64(7, 5, 3, 1, 6, 4, 2, 0), x);
+#endif
+}
+
+}  // namespace x86
 
 // ldr + sxtl / uxtl
 template <class V, class S>
 inline V load_widen(const S* p) {
   using T = typename V::lane;
-  const __m128i x = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p));
+  constexpr int K = V::kBlocks;
+  static_assert(sizeof(T) == 2 * sizeof(S), "widening doubles the lane");
   V v;
-  if constexpr (std::is_same_v<S, uint8_t> && std::is_same_v<T, uint16_t>) v.r = _mm_cvtepu8_epi16(x);
-  else if constexpr (std::is_same_v<S, int16_t> && std::is_same_v<T, int32_t>) v.r = _mm_cvtepi16_epi32(x);
-  else if constexpr (std::is_same_v<S, uint16_t> && std::is_same_v<T, uint32_t>) v.r = _mm_cvtepu16_epi32(x);
-  else if constexpr (std::is_same_v<S, int32_t> && std::is_same_v<T, int64_t>) v.r = _mm_cvtepi32_epi64(x);
-  else static_assert(sizeof(S) == 0, "no such widening load");
+  if constexpr (K == 1) v.r = x86::widen<T, S, 1>(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p)));
+  else if constexpr (K == 2) v.r = x86::widen<T, S, 2>(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p)));
+  else v.r = x86::widen<T, S, 4>(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(p)));
   return v;
 }
 
-namespace x86 {
-template <class To, class From>
-inline __m128i widen(__m128i x) {
-  if constexpr (std::is_same_v<From, uint8_t>) return _mm_cvtepu8_epi16(x);
-  else if constexpr (std::is_same_v<From, uint16_t>) return _mm_cvtepu16_epi32(x);
-  else if constexpr (std::is_same_v<From, int16_t>) return _mm_cvtepi16_epi32(x);
-  else if constexpr (std::is_same_v<From, int32_t>) return _mm_cvtepi32_epi64(x);
-  else static_assert(sizeof(From) == 0, "no such widening");
-}
-}  // namespace x86
-
-// uxtl / sxtl
-template <class To, class From>
-inline vec<To, 1> widen_lo(const vec<From, 1>& a) {
-  return vec<To, 1>{x86::widen<To, From>(a.r)};
+// uxtl / sxtl: the low half of the lanes, widened.
+template <class To, class From, int K>
+inline vec<To, K> widen_lo(const vec<From, K>& a) {
+  if constexpr (K == 1) return vec<To, 1>{x86::widen<To, From, 1>(a.r)};
+  else return vec<To, K>{x86::widen<To, From, K>(x86::lo_half(a.r))};
 }
 
-// uxtl2 / sxtl2
-template <class To, class From>
-inline vec<To, 1> widen_hi(const vec<From, 1>& a) {
-  return vec<To, 1>{x86::widen<To, From>(_mm_unpackhi_epi64(a.r, a.r))};
+// uxtl2 / sxtl2: the high half of the lanes, widened.
+template <class To, class From, int K>
+inline vec<To, K> widen_hi(const vec<From, K>& a) {
+  if constexpr (K == 1) return vec<To, 1>{x86::widen<To, From, 1>(_mm_unpackhi_epi64(a.r, a.r))};
+  else return vec<To, K>{x86::widen<To, From, K>(x86::hi_half(a.r))};
 }
 
 // add
-template <class T>
-inline vec<T, 1> add_wrap(const vec<T, 1>& a, const vec<T, 1>& b) {
-  if constexpr (sizeof(T) == 1) return vec<T, 1>{_mm_add_epi8(a.r, b.r)};
-  else if constexpr (sizeof(T) == 2) return vec<T, 1>{_mm_add_epi16(a.r, b.r)};
-  else if constexpr (sizeof(T) == 4) return vec<T, 1>{_mm_add_epi32(a.r, b.r)};
-  else return vec<T, 1>{_mm_add_epi64(a.r, b.r)};
+template <class T, int K>
+inline vec<T, K> add_wrap(const vec<T, K>& a, const vec<T, K>& b) {
+  if constexpr (sizeof(T) == 1) { return vec<T, K>{ZIVKS_X86_BY_K(K, _mm_add_epi8(a.r, b.r), _mm256_add_epi8(a.r, b.r), _mm512_add_epi8(a.r, b.r))}; }
+  else if constexpr (sizeof(T) == 2) { return vec<T, K>{ZIVKS_X86_BY_K(K, _mm_add_epi16(a.r, b.r), _mm256_add_epi16(a.r, b.r), _mm512_add_epi16(a.r, b.r))}; }
+  else if constexpr (sizeof(T) == 4) { return vec<T, K>{ZIVKS_X86_BY_K(K, _mm_add_epi32(a.r, b.r), _mm256_add_epi32(a.r, b.r), _mm512_add_epi32(a.r, b.r))}; }
+  else { return vec<T, K>{ZIVKS_X86_BY_K(K, _mm_add_epi64(a.r, b.r), _mm256_add_epi64(a.r, b.r), _mm512_add_epi64(a.r, b.r))}; }
 }
 
 // sub
-template <class T>
-inline vec<T, 1> sub_wrap(const vec<T, 1>& a, const vec<T, 1>& b) {
-  if constexpr (sizeof(T) == 1) return vec<T, 1>{_mm_sub_epi8(a.r, b.r)};
-  else if constexpr (sizeof(T) == 2) return vec<T, 1>{_mm_sub_epi16(a.r, b.r)};
-  else if constexpr (sizeof(T) == 4) return vec<T, 1>{_mm_sub_epi32(a.r, b.r)};
-  else return vec<T, 1>{_mm_sub_epi64(a.r, b.r)};
+template <class T, int K>
+inline vec<T, K> sub_wrap(const vec<T, K>& a, const vec<T, K>& b) {
+  if constexpr (sizeof(T) == 1) { return vec<T, K>{ZIVKS_X86_BY_K(K, _mm_sub_epi8(a.r, b.r), _mm256_sub_epi8(a.r, b.r), _mm512_sub_epi8(a.r, b.r))}; }
+  else if constexpr (sizeof(T) == 2) { return vec<T, K>{ZIVKS_X86_BY_K(K, _mm_sub_epi16(a.r, b.r), _mm256_sub_epi16(a.r, b.r), _mm512_sub_epi16(a.r, b.r))}; }
+  else if constexpr (sizeof(T) == 4) { return vec<T, K>{ZIVKS_X86_BY_K(K, _mm_sub_epi32(a.r, b.r), _mm256_sub_epi32(a.r, b.r), _mm512_sub_epi32(a.r, b.r))}; }
+  else { return vec<T, K>{ZIVKS_X86_BY_K(K, _mm_sub_epi64(a.r, b.r), _mm256_sub_epi64(a.r, b.r), _mm512_sub_epi64(a.r, b.r))}; }
 }
 
 // sqadd / uqadd
-template <class T>
-inline vec<T, 1> add_sat(const vec<T, 1>& a, const vec<T, 1>& b) {
-  if constexpr (std::is_same_v<T, uint8_t>) return vec<T, 1>{_mm_adds_epu8(a.r, b.r)};
-  else if constexpr (std::is_same_v<T, uint16_t>) return vec<T, 1>{_mm_adds_epu16(a.r, b.r)};
-  else if constexpr (std::is_same_v<T, int16_t>) return vec<T, 1>{_mm_adds_epi16(a.r, b.r)};
+template <class T, int K>
+inline vec<T, K> add_sat(const vec<T, K>& a, const vec<T, K>& b) {
+  using V = vec<T, K>;
+  if constexpr (std::is_same_v<T, uint8_t>) { return vec<T, K>{ZIVKS_X86_BY_K(K, _mm_adds_epu8(a.r, b.r), _mm256_adds_epu8(a.r, b.r), _mm512_adds_epu8(a.r, b.r))}; }
+  else if constexpr (std::is_same_v<T, uint16_t>) { return vec<T, K>{ZIVKS_X86_BY_K(K, _mm_adds_epu16(a.r, b.r), _mm256_adds_epu16(a.r, b.r), _mm512_adds_epu16(a.r, b.r))}; }
+  else if constexpr (std::is_same_v<T, int16_t>) { return vec<T, K>{ZIVKS_X86_BY_K(K, _mm_adds_epi16(a.r, b.r), _mm256_adds_epi16(a.r, b.r), _mm512_adds_epi16(a.r, b.r))}; }
   else if constexpr (std::is_same_v<T, uint32_t>) {
     // a + min(b, ~a) stops exactly at the maximum.
-    const __m128i room = _mm_xor_si128(a.r, _mm_set1_epi32(-1));
-    return vec<T, 1>{_mm_add_epi32(a.r, _mm_min_epu32(b.r, room))};
+    return V{x86::add32<K>(a.r, x86::min_u32<K>(b.r, ~a.r))};
   } else {
     static_assert(sizeof(T) == 0, "no such saturating add");
   }
 }
 
 // sqsub / uqsub
-template <class T>
-inline vec<T, 1> sub_sat(const vec<T, 1>& a, const vec<T, 1>& b) {
-  if constexpr (std::is_same_v<T, uint8_t>) return vec<T, 1>{_mm_subs_epu8(a.r, b.r)};
-  else if constexpr (std::is_same_v<T, uint16_t>) return vec<T, 1>{_mm_subs_epu16(a.r, b.r)};
-  else if constexpr (std::is_same_v<T, int16_t>) return vec<T, 1>{_mm_subs_epi16(a.r, b.r)};
+template <class T, int K>
+inline vec<T, K> sub_sat(const vec<T, K>& a, const vec<T, K>& b) {
+  using V = vec<T, K>;
+  if constexpr (std::is_same_v<T, uint8_t>) { return vec<T, K>{ZIVKS_X86_BY_K(K, _mm_subs_epu8(a.r, b.r), _mm256_subs_epu8(a.r, b.r), _mm512_subs_epu8(a.r, b.r))}; }
+  else if constexpr (std::is_same_v<T, uint16_t>) { return vec<T, K>{ZIVKS_X86_BY_K(K, _mm_subs_epu16(a.r, b.r), _mm256_subs_epu16(a.r, b.r), _mm512_subs_epu16(a.r, b.r))}; }
+  else if constexpr (std::is_same_v<T, int16_t>) { return vec<T, K>{ZIVKS_X86_BY_K(K, _mm_subs_epi16(a.r, b.r), _mm256_subs_epi16(a.r, b.r), _mm512_subs_epi16(a.r, b.r))}; }
   else static_assert(sizeof(T) == 0, "no such saturating subtract");
 }
 
 // sqabs: pabs leaves the most negative value as it is; seen unsigned it is the one
 // lane above the largest positive value.
-template <class T>
-inline vec<T, 1> abs_sat(const vec<T, 1>& a) {
-  if constexpr (std::is_same_v<T, int16_t>)
-    return vec<T, 1>{_mm_min_epu16(_mm_abs_epi16(a.r), _mm_set1_epi16(0x7FFF))};
-  else if constexpr (std::is_same_v<T, int32_t>)
-    return vec<T, 1>{_mm_min_epu32(_mm_abs_epi32(a.r), _mm_set1_epi32(0x7FFFFFFF))};
-  else static_assert(sizeof(T) == 0, "no such abs");
+template <class T, int K>
+inline vec<T, K> abs_sat(const vec<T, K>& a) {
+  using V = vec<T, K>;
+  if constexpr (std::is_same_v<T, int16_t>) {
+    if constexpr (K == 1) return V{x86::min_u16<1>(_mm_abs_epi16(a.r), x86::set1_16<1>(0x7FFF))};
+    else if constexpr (K == 2) return V{x86::min_u16<2>(_mm256_abs_epi16(a.r), x86::set1_16<2>(0x7FFF))};
+    else return V{x86::min_u16<4>(_mm512_abs_epi16(a.r), x86::set1_16<4>(0x7FFF))};
+  } else if constexpr (std::is_same_v<T, int32_t>) {
+    if constexpr (K == 1) return V{x86::min_u32<1>(_mm_abs_epi32(a.r), x86::set1_32<1>(0x7FFFFFFF))};
+    else if constexpr (K == 2) return V{x86::min_u32<2>(_mm256_abs_epi32(a.r), x86::set1_32<2>(0x7FFFFFFF))};
+    else return V{x86::min_u32<4>(_mm512_abs_epi32(a.r), x86::set1_32<4>(0x7FFFFFFF))};
+  } else {
+    static_assert(sizeof(T) == 0, "no such abs");
+  }
 }
 
 // fabs
-template <class F>
-inline vec<F, 1> clear_sign(const vec<F, 1>& a) {
-  if constexpr (std::is_same_v<F, float>)
-    return vec<F, 1>{_mm_and_ps(a.r, _mm_castsi128_ps(_mm_set1_epi32(0x7FFFFFFF)))};
-  else
-    return vec<F, 1>{_mm_and_pd(a.r, _mm_castsi128_pd(_mm_set1_epi64x(0x7FFFFFFFFFFFFFFFll)))};
+template <class F, int K>
+inline vec<F, K> clear_sign(const vec<F, K>& a) {
+  vec<F, K> r;
+  if constexpr (std::is_same_v<F, float>) x86::from_ints(r.r, x86::ints(a.r) & x86::set1_32<K>(0x7FFFFFFF));
+  else x86::from_ints(r.r, x86::ints(a.r) & x86::set1_64<K>(0x7FFFFFFFFFFFFFFFll));
+  return r;
 }
 
 // uqrshl by the low byte of k, read as a signed count, in every lane.
-template <class T>
-inline vec<T, 1> shl_sat_round_by_low_byte(const vec<T, 1>& a, int32_t k) {
+template <class T, int K>
+inline vec<T, K> shl_sat_round_by_low_byte(const vec<T, K>& a, int32_t k) {
   static_assert(std::is_same_v<T, uint16_t> || std::is_same_v<T, uint32_t>, "no such shift");
+  using R = typename int_reg<K>::type;
   constexpr int bits = sizeof(T) * 8;
   const int n = static_cast<int8_t>(static_cast<uint8_t>(k & 0xFF));
-  const __m128i x = a.r;
-  auto srl = [](__m128i v, int c) {
+  const R x = a.r;
+  auto srl = [](R v, int c) {
     const __m128i cnt = _mm_cvtsi32_si128(c);  // counts past the width give 0
-    if constexpr (bits == 16) return _mm_srl_epi16(v, cnt);
-    else return _mm_srl_epi32(v, cnt);
+    if constexpr (bits == 16) return x86::srl16<K>(v, cnt);
+    else return x86::srl32<K>(v, cnt);
   };
-  auto eq = [](__m128i u, __m128i v) {
-    if constexpr (bits == 16) return _mm_cmpeq_epi16(u, v);
-    else return _mm_cmpeq_epi32(u, v);
-  };
-  const __m128i ones = _mm_set1_epi32(-1);
+  const R ones = x86::set1_32<K>(-1);
   if (n < 0) {
     // Right by m, half up: floor(x / 2^m) plus the last bit shifted out.
     const int m = -n;
-    const __m128i one = bits == 16 ? _mm_set1_epi16(1) : _mm_set1_epi32(1);
-    const __m128i q = srl(x, m), r = _mm_and_si128(srl(x, m - 1), one);
-    return vec<T, 1>{bits == 16 ? _mm_add_epi16(q, r) : _mm_add_epi32(q, r)};
+    if constexpr (bits == 16) return vec<T, K>{x86::add16<K>(srl(x, m), srl(x, m - 1) & x86::set1_16<K>(1))};
+    else return vec<T, K>{x86::add32<K>(srl(x, m), srl(x, m - 1) & x86::set1_32<K>(1))};
   }
-  if (n >= bits) return vec<T, 1>{_mm_andnot_si128(eq(x, _mm_setzero_si128()), ones)};
-  // Lanes above max >> n overflow and saturate.
+  // Lanes above max >> n overflow and saturate; past the width every lane but 0 does.
   const __m128i cnt = _mm_cvtsi32_si128(n);
-  __m128i shifted, fits;
+  const int c = n >= bits ? bits : n;
+  R shifted, lim;
   if constexpr (bits == 16) {
-    const __m128i lim = _mm_set1_epi16(static_cast<int16_t>(0xFFFFu >> n));
-    shifted = _mm_sll_epi16(x, cnt);
-    fits = _mm_cmpeq_epi16(_mm_min_epu16(x, lim), x);
+    lim = x86::set1_16<K>(static_cast<int16_t>(n >= bits ? 0 : 0xFFFFu >> c));
+    shifted = x86::sll16<K>(x, cnt);
   } else {
-    const __m128i lim = _mm_set1_epi32(static_cast<int32_t>(0xFFFFFFFFu >> n));
-    shifted = _mm_sll_epi32(x, cnt);
-    fits = _mm_cmpeq_epi32(_mm_min_epu32(x, lim), x);
+    lim = x86::set1_32<K>(static_cast<int32_t>(n >= bits ? 0u : 0xFFFFFFFFu >> c));
+    shifted = x86::sll32<K>(x, cnt);
   }
-  return vec<T, 1>{_mm_or_si128(shifted, _mm_andnot_si128(fits, ones))};
+  if constexpr (K == 4) {
+#if defined(__AVX512BW__)
+    if constexpr (bits == 16) return vec<T, K>{_mm512_mask_mov_epi16(shifted, _mm512_cmpgt_epu16_mask(x, lim), ones)};
+    else return vec<T, K>{_mm512_mask_mov_epi32(shifted, _mm512_cmpgt_epu32_mask(x, lim), ones)};
+#endif
+  } else {
+    R fits;
+    if constexpr (bits == 16 && K == 1) fits = _mm_cmpeq_epi16(_mm_min_epu16(x, lim), x);
+    else if constexpr (bits == 16) fits = _mm256_cmpeq_epi16(_mm256_min_epu16(x, lim), x);
+    else if constexpr (K == 1) fits = _mm_cmpeq_epi32(_mm_min_epu32(x, lim), x);
+    else fits = _mm256_cmpeq_epi32(_mm256_min_epu32(x, lim), x);
+    return vec<T, K>{shifted | (~fits & ones)};
+  }
 }
 
-// sqxtn / uqxtn / sqxtun, then the same into the upper half. pack saturates signed
-// inputs; unsigned inputs are first held at the target's maximum.
-template <class To, class From>
-inline vec<To, 1> narrow_sat(const vec<From, 1>& a, const vec<From, 1>& b) {
+namespace x86 {
+
+// Lanes of 64 bits clamped to the int32 range, for the forms without a saturating
+// 64-bit narrow.
+template <int K, class R>
+inline R clamp_i32(R v) {
+  if constexpr (K == 1) {
+    const __m128i hi = _mm_set1_epi64x(INT32_MAX), lo = _mm_set1_epi64x(INT32_MIN);
+    v = _mm_blendv_epi8(v, hi, _mm_cmpgt_epi64(v, hi));
+    return _mm_blendv_epi8(v, lo, _mm_cmpgt_epi64(lo, v));
+  }
+#if defined(__AVX2__)
+  else {
+    const __m256i hi = _mm256_set1_epi64x(INT32_MAX), lo = _mm256_set1_epi64x(INT32_MIN);
+    v = _mm256_blendv_epi8(v, hi, _mm256_cmpgt_epi64(v, hi));
+    return _mm256_blendv_epi8(v, lo, _mm256_cmpgt_epi64(lo, v));
+  }
+#endif
+}
+
+}  // namespace x86
+
+// sqxtn / uqxtn / sqxtun, then the same into the upper half: the lanes of a, then those
+// of b. pack saturates signed inputs; unsigned inputs are first held at the target's
+// maximum.
+template <class To, class From, int K>
+inline vec<To, K> narrow_sat(const vec<From, K>& a, const vec<From, K>& b) {
+  using V = vec<To, K>;
   if constexpr (std::is_same_v<From, int64_t> && std::is_same_v<To, int32_t>) {
 #if defined(__AVX512F__) && defined(__AVX512VL__)
-    return vec<To, 1>{_mm_unpacklo_epi64(_mm_maskz_cvtsepi64_epi32(0x3, a.r), _mm_maskz_cvtsepi64_epi32(0x3, b.r))};
+    if constexpr (K == 1)
+      return V{_mm_unpacklo_epi64(_mm_maskz_cvtsepi64_epi32(0x3, a.r), _mm_maskz_cvtsepi64_epi32(0x3, b.r))};
+    else if constexpr (K == 2)
+      return V{_mm256_set_m128i(_mm256_cvtsepi64_epi32(b.r), _mm256_cvtsepi64_epi32(a.r))};
+    else
+      return V{_mm512_inserti64x4(_mm512_castsi256_si512(_mm512_cvtsepi64_epi32(a.r)), _mm512_cvtsepi64_epi32(b.r), 1)};
 #else
-    const __m128i hi = _mm_set1_epi64x(INT32_MAX), lo = _mm_set1_epi64x(INT32_MIN);
-    auto clamp = [&](__m128i v) {
-      v = _mm_blendv_epi8(v, hi, _mm_cmpgt_epi64(v, hi));
-      return _mm_blendv_epi8(v, lo, _mm_cmpgt_epi64(lo, v));
-    };
-    return vec<To, 1>{_mm_castps_si128(_mm_shuffle_ps(_mm_castsi128_ps(clamp(a.r)),
-                                                      _mm_castsi128_ps(clamp(b.r)), _MM_SHUFFLE(2, 0, 2, 0)))};
+    if constexpr (K == 1) {
+      return V{_mm_castps_si128(_mm_shuffle_ps(_mm_castsi128_ps(x86::clamp_i32<1>(a.r)),
+                                               _mm_castsi128_ps(x86::clamp_i32<1>(b.r)), _MM_SHUFFLE(2, 0, 2, 0)))};
+    } else {
+      const __m256i s = _mm256_castps_si256(_mm256_shuffle_ps(_mm256_castsi256_ps(x86::clamp_i32<2>(a.r)),
+                                                              _mm256_castsi256_ps(x86::clamp_i32<2>(b.r)),
+                                                              _MM_SHUFFLE(2, 0, 2, 0)));
+      return V{x86::unpack_order<2>(s)};
+    }
 #endif
   } else if constexpr (std::is_same_v<From, int32_t> && std::is_same_v<To, int16_t>) {
-    return vec<To, 1>{_mm_packs_epi32(a.r, b.r)};
+    return V{ZIVKS_X86_BY_K(K, _mm_packs_epi32(a.r, b.r), x86::unpack_order<2>(_mm256_packs_epi32(a.r, b.r)),
+                   x86::unpack_order<4>(_mm512_packs_epi32(a.r, b.r)))};
   } else if constexpr (std::is_same_v<From, int32_t> && std::is_same_v<To, uint16_t>) {
-    return vec<To, 1>{_mm_packus_epi32(a.r, b.r)};
+    return V{ZIVKS_X86_BY_K(K, _mm_packus_epi32(a.r, b.r), x86::unpack_order<2>(_mm256_packus_epi32(a.r, b.r)),
+                   x86::unpack_order<4>(_mm512_packus_epi32(a.r, b.r)))};
   } else if constexpr (std::is_same_v<From, uint32_t> && std::is_same_v<To, uint16_t>) {
-    const __m128i top = _mm_set1_epi32(0xFFFF);
-    return vec<To, 1>{_mm_packus_epi32(_mm_min_epu32(a.r, top), _mm_min_epu32(b.r, top))};
+    const auto top = x86::set1_32<K>(0xFFFF);
+    const auto x = x86::min_u32<K>(a.r, top), y = x86::min_u32<K>(b.r, top);
+    return V{ZIVKS_X86_BY_K(K, _mm_packus_epi32(x, y), x86::unpack_order<2>(_mm256_packus_epi32(x, y)),
+                   x86::unpack_order<4>(_mm512_packus_epi32(x, y)))};
   } else if constexpr (std::is_same_v<From, int16_t> && std::is_same_v<To, int8_t>) {
-    return vec<To, 1>{_mm_packs_epi16(a.r, b.r)};
+    return V{ZIVKS_X86_BY_K(K, _mm_packs_epi16(a.r, b.r), x86::unpack_order<2>(_mm256_packs_epi16(a.r, b.r)),
+                   x86::unpack_order<4>(_mm512_packs_epi16(a.r, b.r)))};
   } else if constexpr (std::is_same_v<From, int16_t> && std::is_same_v<To, uint8_t>) {
-    return vec<To, 1>{_mm_packus_epi16(a.r, b.r)};
+    return V{ZIVKS_X86_BY_K(K, _mm_packus_epi16(a.r, b.r), x86::unpack_order<2>(_mm256_packus_epi16(a.r, b.r)),
+                   x86::unpack_order<4>(_mm512_packus_epi16(a.r, b.r)))};
   } else if constexpr (std::is_same_v<From, uint16_t> && std::is_same_v<To, uint8_t>) {
-    const __m128i top = _mm_set1_epi16(0xFF);
-    return vec<To, 1>{_mm_packus_epi16(_mm_min_epu16(a.r, top), _mm_min_epu16(b.r, top))};
+    const auto top = x86::set1_16<K>(0xFF);
+    const auto x = x86::min_u16<K>(a.r, top), y = x86::min_u16<K>(b.r, top);
+    return V{ZIVKS_X86_BY_K(K, _mm_packus_epi16(x, y), x86::unpack_order<2>(_mm256_packus_epi16(x, y)),
+                   x86::unpack_order<4>(_mm512_packus_epi16(x, y)))};
   } else {
     static_assert(sizeof(To) == 0, "no such narrowing");
   }
@@ -184,5 +317,7 @@ inline vec<uint16_t, 1> narrow_sat_low_wrap_high(const vec<uint32_t, 1>& a, cons
   const __m128i top = _mm_set1_epi32(0xFFFF);
   return vec<uint16_t, 1>{_mm_packus_epi32(_mm_min_epu32(a.r, top), _mm_and_si128(b.r, top))};
 }
+
+#undef ZIVKS_X86_BY_K
 
 }  // namespace zivks::simd
