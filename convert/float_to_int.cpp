@@ -46,18 +46,22 @@ void run(const F* src, I* dst, int32_t len, F mult) {
   constexpr int kVecs = B / simd::vec<F>::kLanes;
   const simd::vec<F> mv1 = simd::splat<simd::vec<F>>(mult);
   const simd::vec<F, simd::kWide> mvw = simd::splat<simd::vec<F, simd::kWide>>(mult);
-  // Every element is converted on its own: K blocks are kVecs registers of K blocks.
-  for_blocks<B>(
+  // Every element is converted on its own, so blocks may go in groups of any size: a
+  // group of K-block registers is kVecs of them per block, twice that where the results
+  // narrow, so that every narrowing step fills whole registers.
+  constexpr int kN = sizeof(I) < sizeof(L) ? 2 : 1;
+  for_block_groups<B, kN>(
       len,
-      [&](int64_t i, auto w) {
-        constexpr int K = decltype(w)::value;
+      [&](int64_t i, auto g) {
+        constexpr int K = decltype(g)::kBlocks;
+        constexpr int kRegs = kVecs * decltype(g)::kCount;
         using VF = simd::vec<F, K>;
         const VF& mv = [&]() -> const VF& {
           if constexpr (K == 1) return mv1;
           else return mvw;
         }();
-        simd::vec<L, K> r[kVecs];
-        for (int j = 0; j < kVecs; ++j) {
+        simd::vec<L, K> r[kRegs];
+        for (int j = 0; j < kRegs; ++j) {
           VF p = simd::load<VF>(src + i + j * VF::kLanes);
           if constexpr (kMultiply) p = simd::mul_to_convert(p, mv);
           r[j] = simd::cvt_sat<L, m>(p);

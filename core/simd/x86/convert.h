@@ -1,8 +1,8 @@
 // x86 backend: conversions between integer and float lanes, and the float multiply.
 // cvt gives the "integer indefinite" 0x80...0 for NaN and for every value out of range,
 // where the Arm conversions saturate and give 0 for NaN: those lanes are fixed up. The
-// AVX-512 forms do it with lane masks: NaN lanes are left out of the conversion (zeroed),
-// lanes at or above the top get the maximum.
+// AVX-512 forms make NaN lanes +0 before converting and give lanes at or above the top
+// the maximum through a lane mask.
 #pragma once
 
 #include "core/scale.h"
@@ -144,18 +144,20 @@ inline vec<L, K> cvt_sat(const vec<F, K>& a) {
   using V = vec<L, K>;
   if constexpr (K == 4) {
 #if defined(__AVX512F__) && defined(__AVX512DQ__)
-    // AVX-512: the rounding goes into the conversion where the mode has one; NaN lanes
-    // are masked out (0) and lanes at or above the top take the maximum. Whether a lane
-    // reaches the top is the same before and after rounding: floats that large are whole.
+    // AVX-512: the rounding goes into the conversion where the mode has one. Whether a
+    // lane reaches the top is the same before and after rounding: floats that large are
+    // whole.
     constexpr int kNoExc = _MM_FROUND_NO_EXC;
+    // NaN lanes become +0 first (fixupimm: both NaN classes to +0, every other lane kept);
+    // then lanes below the top convert and the others take the maximum.
     if constexpr (std::is_same_v<L, int32_t>) {
-      const __mmask16 ord = _mm512_cmp_ps_mask(a.r, a.r, _CMP_ORD_Q);
-      const __mmask16 big = _mm512_cmp_ps_mask(a.r, _mm512_set1_ps(2147483648.0f), _CMP_GE_OQ);
-      __m512i i;
-      if constexpr (m == Mode::kZero) i = _mm512_maskz_cvtt_roundps_epi32(ord, a.r, kNoExc);
-      else if constexpr (m == Mode::kNear) i = _mm512_maskz_cvt_roundps_epi32(ord, a.r, _MM_FROUND_TO_NEAREST_INT | kNoExc);
-      else i = _mm512_maskz_cvtt_roundps_epi32(ord, x86::round<m>(a.r), kNoExc);
-      return V{_mm512_mask_mov_epi32(i, big, _mm512_set1_epi32(INT32_MAX))};
+      const __m512 p = _mm512_fixupimm_ps(a.r, a.r, _mm512_set1_epi32(0x88), 0);
+      const __mmask16 in = _mm512_cmp_ps_mask(p, _mm512_set1_ps(2147483648.0f), _CMP_LT_OQ);
+      const __m512i top = _mm512_set1_epi32(INT32_MAX);
+      if constexpr (m == Mode::kZero) return V{_mm512_mask_cvtt_roundps_epi32(top, in, p, kNoExc)};
+      else if constexpr (m == Mode::kNear)
+        return V{_mm512_mask_cvt_roundps_epi32(top, in, p, _MM_FROUND_TO_NEAREST_INT | kNoExc)};
+      else return V{_mm512_mask_cvtt_roundps_epi32(top, in, x86::round<m>(p), kNoExc)};
     } else if constexpr (std::is_same_v<L, uint32_t>) {
       // max keeps its second operand for NaN: NaN and everything below 0 become 0. The
       // unsigned conversion gives 2^32 - 1 for every lane too large: the saturated value.
@@ -164,13 +166,13 @@ inline vec<L, K> cvt_sat(const vec<F, K>& a) {
       else if constexpr (m == Mode::kNear) return V{_mm512_cvt_roundps_epu32(p, _MM_FROUND_TO_NEAREST_INT | kNoExc)};
       else return V{_mm512_cvtt_roundps_epu32(x86::round<m>(p), kNoExc)};
     } else if constexpr (std::is_same_v<L, int64_t>) {
-      const __mmask8 ord = _mm512_cmp_pd_mask(a.r, a.r, _CMP_ORD_Q);
-      const __mmask8 big = _mm512_cmp_pd_mask(a.r, _mm512_set1_pd(9223372036854775808.0), _CMP_GE_OQ);
-      __m512i i;
-      if constexpr (m == Mode::kZero) i = _mm512_maskz_cvtt_roundpd_epi64(ord, a.r, kNoExc);
-      else if constexpr (m == Mode::kNear) i = _mm512_maskz_cvt_roundpd_epi64(ord, a.r, _MM_FROUND_TO_NEAREST_INT | kNoExc);
-      else i = _mm512_maskz_cvtt_roundpd_epi64(ord, x86::round<m>(a.r), kNoExc);
-      return V{_mm512_mask_mov_epi64(i, big, _mm512_set1_epi64(INT64_MAX))};
+      const __m512d p = _mm512_fixupimm_pd(a.r, a.r, _mm512_set1_epi64(0x88), 0);
+      const __mmask8 in = _mm512_cmp_pd_mask(p, _mm512_set1_pd(9223372036854775808.0), _CMP_LT_OQ);
+      const __m512i top = _mm512_set1_epi64(INT64_MAX);
+      if constexpr (m == Mode::kZero) return V{_mm512_mask_cvtt_roundpd_epi64(top, in, p, kNoExc)};
+      else if constexpr (m == Mode::kNear)
+        return V{_mm512_mask_cvt_roundpd_epi64(top, in, p, _MM_FROUND_TO_NEAREST_INT | kNoExc)};
+      else return V{_mm512_mask_cvtt_roundpd_epi64(top, in, x86::round<m>(p), kNoExc)};
     } else {
       static_assert(sizeof(L) == 0, "no such conversion");
     }
