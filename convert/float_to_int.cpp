@@ -83,7 +83,9 @@ ZIVKStatus convert(const F* src, I* dst, int32_t len, ZIVKRoundMode mode, double
   if (static_cast<uint32_t>(mode) > 2u)
     return std::is_unsigned_v<I> ? ZIVK_STS_ROUND_RANGE_ERR : ZIVK_STS_ROUND_MODE_ERR;
   if (const ZIVKStatus st = scale::check(scale)) return st;
-  const F mult = scale::multiplier<F>(scale::exponent(scale));
+  // M = 2^0 = 1, the common case, needs no call to compute it.
+  const int32_t e = scale::exponent(scale);
+  const F mult = e == 0 ? F(1) : scale::multiplier<F>(e);
   const bool unit = kUnitPath && mult == F(1);
   auto go = [&](auto mode_tag) {
     constexpr Mode m = decltype(mode_tag)::value;
