@@ -200,7 +200,9 @@ ZIVKStatus add_16u_s(const uint16_t* src1, const uint16_t* src2, uint16_t* dst, 
 // The rounded products r of 8 consecutive elements, as 32-bit unsigned lanes, narrowed
 // in two steps: the first four saturate to 16 bits, the last four keep their low 16 bits
 // (so an r of 65536 or more there wraps), then all eight saturate to 8 or stay 16 bits.
-inline simd::vec<uint16_t> scaled_group(const simd::vec<uint16_t>& d, const simd::vec<float>& mv) {
+// A register of K blocks holds K such groups.
+template <int K>
+inline simd::vec<uint16_t, K> scaled_group(const simd::vec<uint16_t, K>& d, const simd::vec<float, K>& mv) {
   const auto lo = simd::cvt_sat<uint32_t, Mode::kNear>(
       simd::mul_to_convert(simd::cvt_to_float<float>(simd::widen_lo<uint32_t>(d)), mv));
   const auto hi = simd::cvt_sat<uint32_t, Mode::kNear>(
@@ -215,22 +217,26 @@ inline simd::vec<uint16_t> scaled_group(const simd::vec<uint16_t>& d, const simd
 ZIVKStatus sub_8u_s(const uint8_t* src1, const uint8_t* src2, uint8_t* dst, int32_t len, double scale) {
   const Scaled c = check(len, scale, src1, src2, dst);
   if (c.st) return c.st;
-  using V8 = simd::vec<uint8_t>;
   const float m = scale::multiplier<float>(c.e);
-  const auto mv = simd::splat<simd::vec<float>>(m);
-  for_single_blocks<64>(
+  const across<float> mvs(m);
+  // Groups of 8 never straddle a register, so blocks may go K at a time.
+  for_blocks<64>(
       len,
-      [&](int64_t i, auto) {
-        prefetch(src1, i, 512);
-        prefetch(src2, i, 512);
-        prefetch(dst, i, 512);
+      [&](int64_t i, auto w) {
+        constexpr int K = decltype(w)::value;
+        using V8 = simd::vec<uint8_t, K>;
+        const auto& mv = mvs.template get<K>();
+        prefetch_lines<kGroup<64, decltype(w)>>(src1, i, 512);
+        prefetch_lines<kGroup<64, decltype(w)>>(src2, i, 512);
+        prefetch_lines<kGroup<64, decltype(w)>>(dst, i, 512);
         V8 r[4];
         for (int j = 0; j < 4; ++j) {
-          const V8 d = simd::sub_sat(simd::load<V8>(src2 + i + 16 * j), simd::load<V8>(src1 + i + 16 * j));
+          const int64_t at = i + int64_t{V8::kLanes} * j;
+          const V8 d = simd::sub_sat(simd::load<V8>(src2 + at), simd::load<V8>(src1 + at));
           r[j] = simd::narrow_sat<uint8_t>(scaled_group(simd::widen_lo<uint16_t>(d), mv),
                                            scaled_group(simd::widen_hi<uint16_t>(d), mv));
         }
-        for (int j = 0; j < 4; ++j) simd::store(dst + i + 16 * j, r[j]);
+        for (int j = 0; j < 4; ++j) simd::store(dst + i + int64_t{V8::kLanes} * j, r[j]);
       },
       [&](int64_t i) { dst[i] = rounding::tail<uint8_t>(static_cast<float>(exact<Op::kSub>(src1, src2, i)) * m); });
   return ZIVK_STS_NO_ERR;
@@ -264,11 +270,12 @@ ZIVKStatus sub_16u_s(const uint16_t* src1, const uint16_t* src2, uint16_t* dst, 
     for_blocks<32>(len, body([](const auto& d) { return d; }, false),
                    [&](int64_t i) { dst[i] = rounding::tail<uint16_t>(x(i)); });
   } else if (c.e < 0) {
-    // The two-step narrowing works on groups of 8 elements: one block at a time.
     const float m = scale::multiplier<float>(c.e);
-    const auto mv = simd::splat<simd::vec<float>>(m);
-    for_single_blocks<32>(len, body([&](const simd::vec<uint16_t>& d) { return scaled_group(d, mv); }, true),
-                          [&](int64_t i) { dst[i] = rounding::tail<uint16_t>(x(i) * m); });
+    const across<float> mvs(m);
+    auto step = [&](const auto& d) {
+      return scaled_group(d, mvs.template get<std::decay_t<decltype(d)>::kBlocks>());
+    };
+    for_blocks<32>(len, body(step, true), [&](int64_t i) { dst[i] = rounding::tail<uint16_t>(x(i) * m); });
   } else {
     const int32_t k = c.e;
     // 2^k for every tail element; computing it once gives the same value.

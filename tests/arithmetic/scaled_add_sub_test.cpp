@@ -28,8 +28,9 @@ std::vector<double> test_scales() {
   return v;
 }
 
+// Up to several groups of the widest registers (4 blocks of 64 elements) and a tail.
 std::vector<int> lengths() {
-  return {1, 2, 3, 4, 5, 7, 8, 9, 15, 16, 17, 31, 32, 33, 63, 64, 65, 70, 127, 128, 131, 200};
+  return {1, 2, 3, 4, 5, 7, 8, 9, 15, 16, 17, 31, 32, 33, 63, 64, 65, 70, 127, 128, 131, 200, 300, 581};
 }
 
 enum class Kind { kSigned, kAdd8u, kAdd16u, kSub8u, kSub16u };
@@ -182,13 +183,14 @@ TEST(ScaledAddSub, ScaleTableTiesAndBounds) {
 
 // The two-step narrowing of Sub_8u: with M = 512 a difference of 128 gives r = 65536,
 // which saturates in elements 0 to 3 of each group of 8 and wraps to 0 in elements 4 to
-// 7; the tail (elements 64 to 69) has no such step.
+// 7, in every block however many go at once; the tail (elements 256 to 261) has no such
+// step.
 TEST(ScaledAddSub, Sub8uNarrowsInTwoSteps) {
-  uint8_t a[70] = {}, b[70], d[70];
+  uint8_t a[262] = {}, b[262], d[262];
   memset(b, 128, sizeof b);
-  ASSERT_EQ(ZIVKS_Sub_8u_S(a, b, d, 70, 0.001953125), 0);
-  for (int i = 0; i < 64; ++i) EXPECT_EQ(d[i], i % 8 < 4 ? 255 : 0) << i;
-  for (int i = 64; i < 70; ++i) EXPECT_EQ(d[i], 255) << i;
+  ASSERT_EQ(ZIVKS_Sub_8u_S(a, b, d, 262, 0.001953125), 0);
+  for (int i = 0; i < 256; ++i) EXPECT_EQ(d[i], i % 8 < 4 ? 255 : 0) << i;
+  for (int i = 256; i < 262; ++i) EXPECT_EQ(d[i], 255) << i;
 }
 
 // From k = 128 the block's shift count is the low byte of k read as signed: k = 129

@@ -312,10 +312,25 @@ inline vec<To, K> narrow_sat(const vec<From, K>& a, const vec<From, K>& b) {
   }
 }
 
-// uqxtn, xtn2
-inline vec<uint16_t, 1> narrow_sat_low_wrap_high(const vec<uint32_t, 1>& a, const vec<uint32_t, 1>& b) {
-  const __m128i top = _mm_set1_epi32(0xFFFF);
-  return vec<uint16_t, 1>{_mm_packus_epi32(_mm_min_epu32(a.r, top), _mm_and_si128(b.r, top))};
+// uqxtn, xtn2: the lanes of a clamped to 16 bits, then those of b cut to their low 16
+// bits. Over K blocks the rule goes by groups of 8 lanes of a then b: in each, the first
+// four clamp and the last four wrap, which at one block is a clamped and b cut.
+template <int K>
+inline vec<uint16_t, K> narrow_sat_low_wrap_high(const vec<uint32_t, K>& a, const vec<uint32_t, K>& b) {
+  if constexpr (K == 1) {
+    const __m128i top = _mm_set1_epi32(0xFFFF);
+    return vec<uint16_t, 1>{_mm_packus_epi32(_mm_min_epu32(a.r, top), _mm_and_si128(b.r, top))};
+  } else {
+    // Lanes that clamp are held at 0xFFFF, the others kept whole; then every lane keeps
+    // its low 16 bits.
+    using R = typename int_reg<K>::type;
+    R lim, low = x86::set1_32<K>(0xFFFF);
+    if constexpr (K == 2) lim = _mm256_setr_epi32(0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF, -1, -1, -1, -1);
+    else lim = _mm512_setr_epi32(0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF, -1, -1, -1, -1, 0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF, -1, -1, -1, -1);
+    const R x = x86::min_u32<K>(a.r, lim) & low, y = x86::min_u32<K>(b.r, lim) & low;
+    if constexpr (K == 2) return vec<uint16_t, K>{x86::unpack_order<2>(_mm256_packus_epi32(x, y))};
+    else return vec<uint16_t, K>{x86::unpack_order<4>(_mm512_packus_epi32(x, y))};
+  }
 }
 
 #undef ZIVKS_X86_BY_K
