@@ -68,37 +68,44 @@ inline vec<F, K> mul_to_convert(const vec<F, K>& a, const vec<F, K>& b) {
 
 namespace x86 {
 
-// Float registers of K blocks: constants, compares to a register of all-ones lanes, and
-// the rounding to whole values (independent of MXCSR; NaN stays NaN).
-template <class R> struct fregs;
-template <> struct fregs<__m128> {
+// Float registers of K blocks: constants, compares to a register of all-ones lanes (at
+// one block only "at least" and "ordered", the two SSE has), and the rounding to whole
+// values (independent of MXCSR; NaN stays NaN).
+template <class S, int K> struct fregs;
+template <> struct fregs<float, 1> {
   static __m128 set1(float x) { return _mm_set1_ps(x); }
-  template <int imm> static __m128 cmp(__m128 a, __m128 b) { return _mm_cmp_ps(a, b, imm); }
+  template <int imm> static __m128 cmp(__m128 a, __m128 b) {
+    if constexpr (imm == _CMP_GE_OQ) return _mm_cmpge_ps(a, b);
+    else return _mm_cmpord_ps(a, b);
+  }
   template <int imm> static __m128 round(__m128 a) { return _mm_round_ps(a, imm); }
 };
-template <> struct fregs<__m128d> {
+template <> struct fregs<double, 1> {
   static __m128d set1(double x) { return _mm_set1_pd(x); }
-  template <int imm> static __m128d cmp(__m128d a, __m128d b) { return _mm_cmp_pd(a, b, imm); }
+  template <int imm> static __m128d cmp(__m128d a, __m128d b) {
+    if constexpr (imm == _CMP_GE_OQ) return _mm_cmpge_pd(a, b);
+    else return _mm_cmpord_pd(a, b);
+  }
   template <int imm> static __m128d round(__m128d a) { return _mm_round_pd(a, imm); }
 };
 #if defined(__AVX2__)
-template <> struct fregs<__m256> {
+template <> struct fregs<float, 2> {
   static __m256 set1(float x) { return _mm256_set1_ps(x); }
   template <int imm> static __m256 cmp(__m256 a, __m256 b) { return _mm256_cmp_ps(a, b, imm); }
   template <int imm> static __m256 round(__m256 a) { return _mm256_round_ps(a, imm); }
 };
-template <> struct fregs<__m256d> {
+template <> struct fregs<double, 2> {
   static __m256d set1(double x) { return _mm256_set1_pd(x); }
   template <int imm> static __m256d cmp(__m256d a, __m256d b) { return _mm256_cmp_pd(a, b, imm); }
   template <int imm> static __m256d round(__m256d a) { return _mm256_round_pd(a, imm); }
 };
 #endif
 #if defined(__AVX512F__)
-template <> struct fregs<__m512> {
+template <> struct fregs<float, 4> {
   static __m512 set1(float x) { return _mm512_set1_ps(x); }
   template <int imm> static __m512 round(__m512 a) { return _mm512_roundscale_ps(a, imm); }
 };
-template <> struct fregs<__m512d> {
+template <> struct fregs<double, 4> {
   static __m512d set1(double x) { return _mm512_set1_pd(x); }
   template <int imm> static __m512d round(__m512d a) { return _mm512_roundscale_pd(a, imm); }
 };
@@ -110,7 +117,7 @@ template <rounding::Mode m, class R>
 inline R round(R p) {
   using rounding::Mode;
   using S = std::conditional_t<sizeof(p[0]) == 4, float, double>;
-  using f = fregs<R>;
+  using f = fregs<S, sizeof(R) / 16>;
   if constexpr (m == Mode::kZero) return f::template round<_MM_FROUND_TO_ZERO | _MM_FROUND_NO_EXC>(p);
   else if constexpr (m == Mode::kNear) return f::template round<_MM_FROUND_TO_NEAREST_INT | _MM_FROUND_NO_EXC>(p);
   else {
@@ -124,8 +131,10 @@ inline R round(R p) {
     from_ints(st, step);
     R ge;
     if constexpr (sizeof(R) == 64) {
-      if constexpr (sizeof(S) == 4) ge = _mm512_castsi512_ps(_mm512_movm_epi32(_mm512_cmp_ps_mask(fr, f::set1(S(0.5)), _CMP_GE_OQ)));
-      else ge = _mm512_castsi512_pd(_mm512_movm_epi64(_mm512_cmp_pd_mask(fr, f::set1(S(0.5)), _CMP_GE_OQ)));
+      if constexpr (sizeof(S) == 4)
+        ge = _mm512_castsi512_ps(_mm512_movm_epi32(_mm512_cmp_ps_mask(fr, f::set1(S(0.5)), _CMP_GE_OQ)));
+      else
+        ge = _mm512_castsi512_pd(_mm512_movm_epi64(_mm512_cmp_pd_mask(fr, f::set1(S(0.5)), _CMP_GE_OQ)));
     } else {
       ge = f::template cmp<_CMP_GE_OQ>(fr, f::set1(S(0.5)));
     }
@@ -178,7 +187,7 @@ inline vec<L, K> cvt_sat(const vec<F, K>& a) {
     }
 #endif
   } else if constexpr (std::is_same_v<L, int32_t>) {
-    using f = x86::fregs<decltype(a.r)>;
+    using f = x86::fregs<F, K>;
     const auto r = x86::round<m>(a.r);
     // 0x80000000 from cvt where the lane is 2^31 or more becomes 0x7FFFFFFF.
     const auto big = x86::ints(f::template cmp<_CMP_GE_OQ>(r, f::set1(2147483648.0f)));
@@ -186,7 +195,7 @@ inline vec<L, K> cvt_sat(const vec<F, K>& a) {
     if constexpr (K == 1) return V{(_mm_cvttps_epi32(r) ^ big) & ord};
     else return V{(_mm256_cvttps_epi32(r) ^ big) & ord};
   } else if constexpr (std::is_same_v<L, uint32_t>) {
-    using f = x86::fregs<decltype(a.r)>;
+    using f = x86::fregs<F, K>;
     // max keeps its second operand for NaN: NaN and everything below 0 become 0.
     decltype(a.r) r;
     if constexpr (K == 1) r = _mm_max_ps(x86::round<m>(a.r), _mm_setzero_ps());
@@ -202,7 +211,7 @@ inline vec<L, K> cvt_sat(const vec<F, K>& a) {
   } else if constexpr (std::is_same_v<L, int64_t>) {
     const auto r = x86::round<m>(a.r);
 #if defined(__AVX512DQ__) && defined(__AVX512VL__)
-    using f = x86::fregs<decltype(a.r)>;
+    using f = x86::fregs<F, K>;
     const auto big = x86::ints(f::template cmp<_CMP_GE_OQ>(r, f::set1(9223372036854775808.0)));
     const auto ord = x86::ints(f::template cmp<_CMP_ORD_Q>(a.r, a.r));
     if constexpr (K == 1) return V{(_mm_cvttpd_epi64(r) ^ big) & ord};

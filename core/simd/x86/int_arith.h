@@ -17,16 +17,17 @@ namespace x86 {
     else return f4;                          \
   }()
 
-// The low and high halves of a register of K blocks, as registers of K / 2 blocks (a
-// plain __m128i at K = 1 and K = 2: the half of an SSE register goes by 8-byte loads).
-#if defined(__AVX2__)
-inline __m128i lo_half(__m256i x) { return _mm256_castsi256_si128(x); }
-inline __m128i hi_half(__m256i x) { return _mm256_extracti128_si256(x, 1); }
-#endif
-#if defined(__AVX512F__)
-inline __m256i lo_half(__m512i x) { return _mm512_castsi512_si256(x); }
-inline __m256i hi_half(__m512i x) { return _mm512_extracti64x4_epi64(x, 1); }
-#endif
+// The low and high halves of a register of 2 or 4 blocks.
+template <class R>
+inline auto lo_half(R x) {
+  if constexpr (sizeof(R) == 32) return _mm256_castsi256_si128(x);
+  else return _mm512_castsi512_si256(x);
+}
+template <class R>
+inline auto hi_half(R x) {
+  if constexpr (sizeof(R) == 32) return _mm256_extracti128_si256(x, 1);
+  else return _mm512_extracti64x4_epi64(x, 1);
+}
 
 // Narrow lanes From (in the low bytes of x) widened to To, in order: K blocks of To.
 template <class To, class From, int K, class H>
@@ -125,29 +126,66 @@ inline vec<To, K> widen_hi(const vec<From, K>& a) {
 // add
 template <class T, int K>
 inline vec<T, K> add_wrap(const vec<T, K>& a, const vec<T, K>& b) {
-  if constexpr (sizeof(T) == 1) { return vec<T, K>{ZIVKS_X86_BY_K(K, _mm_add_epi8(a.r, b.r), _mm256_add_epi8(a.r, b.r), _mm512_add_epi8(a.r, b.r))}; }
-  else if constexpr (sizeof(T) == 2) { return vec<T, K>{ZIVKS_X86_BY_K(K, _mm_add_epi16(a.r, b.r), _mm256_add_epi16(a.r, b.r), _mm512_add_epi16(a.r, b.r))}; }
-  else if constexpr (sizeof(T) == 4) { return vec<T, K>{ZIVKS_X86_BY_K(K, _mm_add_epi32(a.r, b.r), _mm256_add_epi32(a.r, b.r), _mm512_add_epi32(a.r, b.r))}; }
-  else { return vec<T, K>{ZIVKS_X86_BY_K(K, _mm_add_epi64(a.r, b.r), _mm256_add_epi64(a.r, b.r), _mm512_add_epi64(a.r, b.r))}; }
+  using V = vec<T, K>;
+  if constexpr (sizeof(T) == 1) {
+    return V{ZIVKS_X86_BY_K(K, _mm_add_epi8(a.r, b.r),
+                            _mm256_add_epi8(a.r, b.r),
+                            _mm512_add_epi8(a.r, b.r))};
+  } else if constexpr (sizeof(T) == 2) {
+    return V{ZIVKS_X86_BY_K(K, _mm_add_epi16(a.r, b.r),
+                            _mm256_add_epi16(a.r, b.r),
+                            _mm512_add_epi16(a.r, b.r))};
+  } else if constexpr (sizeof(T) == 4) {
+    return V{ZIVKS_X86_BY_K(K, _mm_add_epi32(a.r, b.r),
+                            _mm256_add_epi32(a.r, b.r),
+                            _mm512_add_epi32(a.r, b.r))};
+  } else {
+    return V{ZIVKS_X86_BY_K(K, _mm_add_epi64(a.r, b.r),
+                            _mm256_add_epi64(a.r, b.r),
+                            _mm512_add_epi64(a.r, b.r))};
+  }
 }
 
 // sub
 template <class T, int K>
 inline vec<T, K> sub_wrap(const vec<T, K>& a, const vec<T, K>& b) {
-  if constexpr (sizeof(T) == 1) { return vec<T, K>{ZIVKS_X86_BY_K(K, _mm_sub_epi8(a.r, b.r), _mm256_sub_epi8(a.r, b.r), _mm512_sub_epi8(a.r, b.r))}; }
-  else if constexpr (sizeof(T) == 2) { return vec<T, K>{ZIVKS_X86_BY_K(K, _mm_sub_epi16(a.r, b.r), _mm256_sub_epi16(a.r, b.r), _mm512_sub_epi16(a.r, b.r))}; }
-  else if constexpr (sizeof(T) == 4) { return vec<T, K>{ZIVKS_X86_BY_K(K, _mm_sub_epi32(a.r, b.r), _mm256_sub_epi32(a.r, b.r), _mm512_sub_epi32(a.r, b.r))}; }
-  else { return vec<T, K>{ZIVKS_X86_BY_K(K, _mm_sub_epi64(a.r, b.r), _mm256_sub_epi64(a.r, b.r), _mm512_sub_epi64(a.r, b.r))}; }
+  using V = vec<T, K>;
+  if constexpr (sizeof(T) == 1) {
+    return V{ZIVKS_X86_BY_K(K, _mm_sub_epi8(a.r, b.r),
+                            _mm256_sub_epi8(a.r, b.r),
+                            _mm512_sub_epi8(a.r, b.r))};
+  } else if constexpr (sizeof(T) == 2) {
+    return V{ZIVKS_X86_BY_K(K, _mm_sub_epi16(a.r, b.r),
+                            _mm256_sub_epi16(a.r, b.r),
+                            _mm512_sub_epi16(a.r, b.r))};
+  } else if constexpr (sizeof(T) == 4) {
+    return V{ZIVKS_X86_BY_K(K, _mm_sub_epi32(a.r, b.r),
+                            _mm256_sub_epi32(a.r, b.r),
+                            _mm512_sub_epi32(a.r, b.r))};
+  } else {
+    return V{ZIVKS_X86_BY_K(K, _mm_sub_epi64(a.r, b.r),
+                            _mm256_sub_epi64(a.r, b.r),
+                            _mm512_sub_epi64(a.r, b.r))};
+  }
 }
 
 // sqadd / uqadd
 template <class T, int K>
 inline vec<T, K> add_sat(const vec<T, K>& a, const vec<T, K>& b) {
   using V = vec<T, K>;
-  if constexpr (std::is_same_v<T, uint8_t>) { return vec<T, K>{ZIVKS_X86_BY_K(K, _mm_adds_epu8(a.r, b.r), _mm256_adds_epu8(a.r, b.r), _mm512_adds_epu8(a.r, b.r))}; }
-  else if constexpr (std::is_same_v<T, uint16_t>) { return vec<T, K>{ZIVKS_X86_BY_K(K, _mm_adds_epu16(a.r, b.r), _mm256_adds_epu16(a.r, b.r), _mm512_adds_epu16(a.r, b.r))}; }
-  else if constexpr (std::is_same_v<T, int16_t>) { return vec<T, K>{ZIVKS_X86_BY_K(K, _mm_adds_epi16(a.r, b.r), _mm256_adds_epi16(a.r, b.r), _mm512_adds_epi16(a.r, b.r))}; }
-  else if constexpr (std::is_same_v<T, uint32_t>) {
+  if constexpr (std::is_same_v<T, uint8_t>) {
+    return V{ZIVKS_X86_BY_K(K, _mm_adds_epu8(a.r, b.r),
+                            _mm256_adds_epu8(a.r, b.r),
+                            _mm512_adds_epu8(a.r, b.r))};
+  } else if constexpr (std::is_same_v<T, uint16_t>) {
+    return V{ZIVKS_X86_BY_K(K, _mm_adds_epu16(a.r, b.r),
+                            _mm256_adds_epu16(a.r, b.r),
+                            _mm512_adds_epu16(a.r, b.r))};
+  } else if constexpr (std::is_same_v<T, int16_t>) {
+    return V{ZIVKS_X86_BY_K(K, _mm_adds_epi16(a.r, b.r),
+                            _mm256_adds_epi16(a.r, b.r),
+                            _mm512_adds_epi16(a.r, b.r))};
+  } else if constexpr (std::is_same_v<T, uint32_t>) {
     // a + min(b, ~a) stops exactly at the maximum.
     return V{x86::add32<K>(a.r, x86::min_u32<K>(b.r, ~a.r))};
   } else {
@@ -159,10 +197,21 @@ inline vec<T, K> add_sat(const vec<T, K>& a, const vec<T, K>& b) {
 template <class T, int K>
 inline vec<T, K> sub_sat(const vec<T, K>& a, const vec<T, K>& b) {
   using V = vec<T, K>;
-  if constexpr (std::is_same_v<T, uint8_t>) { return vec<T, K>{ZIVKS_X86_BY_K(K, _mm_subs_epu8(a.r, b.r), _mm256_subs_epu8(a.r, b.r), _mm512_subs_epu8(a.r, b.r))}; }
-  else if constexpr (std::is_same_v<T, uint16_t>) { return vec<T, K>{ZIVKS_X86_BY_K(K, _mm_subs_epu16(a.r, b.r), _mm256_subs_epu16(a.r, b.r), _mm512_subs_epu16(a.r, b.r))}; }
-  else if constexpr (std::is_same_v<T, int16_t>) { return vec<T, K>{ZIVKS_X86_BY_K(K, _mm_subs_epi16(a.r, b.r), _mm256_subs_epi16(a.r, b.r), _mm512_subs_epi16(a.r, b.r))}; }
-  else static_assert(sizeof(T) == 0, "no such saturating subtract");
+  if constexpr (std::is_same_v<T, uint8_t>) {
+    return V{ZIVKS_X86_BY_K(K, _mm_subs_epu8(a.r, b.r),
+                            _mm256_subs_epu8(a.r, b.r),
+                            _mm512_subs_epu8(a.r, b.r))};
+  } else if constexpr (std::is_same_v<T, uint16_t>) {
+    return V{ZIVKS_X86_BY_K(K, _mm_subs_epu16(a.r, b.r),
+                            _mm256_subs_epu16(a.r, b.r),
+                            _mm512_subs_epu16(a.r, b.r))};
+  } else if constexpr (std::is_same_v<T, int16_t>) {
+    return V{ZIVKS_X86_BY_K(K, _mm_subs_epi16(a.r, b.r),
+                            _mm256_subs_epi16(a.r, b.r),
+                            _mm512_subs_epi16(a.r, b.r))};
+  } else {
+    static_assert(sizeof(T) == 0, "no such saturating subtract");
+  }
 }
 
 // sqabs: pabs leaves the most negative value as it is; seen unsigned it is the one
@@ -326,7 +375,8 @@ inline vec<uint16_t, K> narrow_sat_low_wrap_high(const vec<uint32_t, K>& a, cons
     using R = typename int_reg<K>::type;
     R lim, low = x86::set1_32<K>(0xFFFF);
     if constexpr (K == 2) lim = _mm256_setr_epi32(0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF, -1, -1, -1, -1);
-    else lim = _mm512_setr_epi32(0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF, -1, -1, -1, -1, 0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF, -1, -1, -1, -1);
+    else lim = _mm512_setr_epi32(0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF, -1, -1, -1, -1,
+                                 0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF, -1, -1, -1, -1);
     const R x = x86::min_u32<K>(a.r, lim) & low, y = x86::min_u32<K>(b.r, lim) & low;
     if constexpr (K == 2) return vec<uint16_t, K>{x86::unpack_order<2>(_mm256_packus_epi32(x, y))};
     else return vec<uint16_t, K>{x86::unpack_order<4>(_mm512_packus_epi32(x, y))};
