@@ -16,12 +16,12 @@ inline vec<F, K> cvt_to_float(const vec<I, K>& a) {
   if constexpr (std::is_same_v<I, int32_t>) {
     if constexpr (K == 1) return V{_mm_cvtepi32_ps(a.r)};
     else if constexpr (K == 2) return V{_mm256_cvtepi32_ps(a.r)};
-    else return V{_mm512_cvtepi32_ps(a.r)};
+    else return V{_mm512_maskz_cvtepi32_ps(0xFFFF, a.r)};
   } else if constexpr (std::is_same_v<I, uint32_t>) {
 #if defined(__AVX512F__) && defined(__AVX512VL__)
     if constexpr (K == 1) return V{_mm_cvtepu32_ps(a.r)};
     else if constexpr (K == 2) return V{_mm256_cvtepu32_ps(a.r)};
-    else return V{_mm512_cvtepu32_ps(a.r)};
+    else return V{_mm512_maskz_cvtepu32_ps(0xFFFF, a.r)};
 #else
     // The high half times 2^16 is exact; the one rounding is in the final add.
     if constexpr (K == 1) {
@@ -103,11 +103,11 @@ template <> struct fregs<double, 2> {
 #if defined(__AVX512F__)
 template <> struct fregs<float, 4> {
   static __m512 set1(float x) { return _mm512_set1_ps(x); }
-  template <int imm> static __m512 round(__m512 a) { return _mm512_roundscale_ps(a, imm); }
+  template <int imm> static __m512 round(__m512 a) { return _mm512_maskz_roundscale_ps(0xFFFF, a, imm); }
 };
 template <> struct fregs<double, 4> {
   static __m512d set1(double x) { return _mm512_set1_pd(x); }
-  template <int imm> static __m512d round(__m512d a) { return _mm512_roundscale_pd(a, imm); }
+  template <int imm> static __m512d round(__m512d a) { return _mm512_maskz_roundscale_pd(0xFF, a, imm); }
 };
 #endif
 
@@ -170,10 +170,10 @@ inline vec<L, K> cvt_sat(const vec<F, K>& a) {
     } else if constexpr (std::is_same_v<L, uint32_t>) {
       // max keeps its second operand for NaN: NaN and everything below 0 become 0. The
       // unsigned conversion gives 2^32 - 1 for every lane too large: the saturated value.
-      const __m512 p = _mm512_max_ps(a.r, _mm512_setzero_ps());
-      if constexpr (m == Mode::kZero) return V{_mm512_cvtt_roundps_epu32(p, kNoExc)};
-      else if constexpr (m == Mode::kNear) return V{_mm512_cvt_roundps_epu32(p, _MM_FROUND_TO_NEAREST_INT | kNoExc)};
-      else return V{_mm512_cvtt_roundps_epu32(x86::round<m>(p), kNoExc)};
+      const __m512 p = _mm512_maskz_max_ps(0xFFFF, a.r, _mm512_setzero_ps());
+      if constexpr (m == Mode::kZero) return V{_mm512_maskz_cvtt_roundps_epu32(0xFFFF, p, kNoExc)};
+      else if constexpr (m == Mode::kNear) return V{_mm512_maskz_cvt_roundps_epu32(0xFFFF, p, _MM_FROUND_TO_NEAREST_INT | kNoExc)};
+      else return V{_mm512_maskz_cvtt_roundps_epu32(0xFFFF, x86::round<m>(p), kNoExc)};
     } else if constexpr (std::is_same_v<L, int64_t>) {
       const __m512d p = _mm512_fixupimm_pd(a.r, a.r, _mm512_set1_epi64(0x88), 0);
       const __mmask8 in = _mm512_cmp_pd_mask(p, _mm512_set1_pd(9223372036854775808.0), _CMP_LT_OQ);

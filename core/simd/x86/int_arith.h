@@ -20,13 +20,19 @@ namespace x86 {
 // The low and high halves of a register of 2 or 4 blocks.
 template <class R>
 inline auto lo_half(R x) {
-  if constexpr (sizeof(R) == 32) return _mm256_castsi256_si128(x);
-  else return _mm512_castsi512_si256(x);
+  if constexpr (sizeof(R) == 32) {
+    return _mm256_castsi256_si128(x);
+  } else {
+    // The low half of the register itself (the 512-bit cast draws a spurious warning).
+    __m256i lo;
+    memcpy(&lo, &x, sizeof lo);
+    return lo;
+  }
 }
 template <class R>
 inline auto hi_half(R x) {
   if constexpr (sizeof(R) == 32) return _mm256_extracti128_si256(x, 1);
-  else return _mm512_extracti64x4_epi64(x, 1);
+  else return _mm512_maskz_extracti64x4_epi64(0xF, x, 1);
 }
 
 // Narrow lanes From (in the low bytes of x) widened to To, in order: K blocks of To.
@@ -51,9 +57,9 @@ inline typename int_reg<K>::type widen(H x) {
 #if defined(__AVX512BW__)
   else {
     if constexpr (std::is_same_v<From, uint8_t>) return _mm512_cvtepu8_epi16(x);
-    else if constexpr (std::is_same_v<From, uint16_t>) return _mm512_cvtepu16_epi32(x);
-    else if constexpr (std::is_same_v<From, int16_t>) return _mm512_cvtepi16_epi32(x);
-    else if constexpr (std::is_same_v<From, int32_t>) return _mm512_cvtepi32_epi64(x);
+    else if constexpr (std::is_same_v<From, uint16_t>) return _mm512_maskz_cvtepu16_epi32(0xFFFF, x);
+    else if constexpr (std::is_same_v<From, int16_t>) return _mm512_maskz_cvtepi16_epi32(0xFFFF, x);
+    else if constexpr (std::is_same_v<From, int32_t>) return _mm512_maskz_cvtepi32_epi64(0xFF, x);
     else static_assert(sizeof(From) == 0, "no such widening");
   }
 #endif
@@ -72,7 +78,7 @@ template <int K, class R> inline R min_u16(R a, R b) {
   return ZIVKS_X86_BY_K(K, _mm_min_epu16(a, b), _mm256_min_epu16(a, b), _mm512_min_epu16(a, b));
 }
 template <int K, class R> inline R min_u32(R a, R b) {
-  return ZIVKS_X86_BY_K(K, _mm_min_epu32(a, b), _mm256_min_epu32(a, b), _mm512_min_epu32(a, b));
+  return ZIVKS_X86_BY_K(K, _mm_min_epu32(a, b), _mm256_min_epu32(a, b), _mm512_maskz_min_epu32(0xFFFF, a, b));
 }
 template <int K, class R> inline R add16(R a, R b) {
   return ZIVKS_X86_BY_K(K, _mm_add_epi16(a, b), _mm256_add_epi16(a, b), _mm512_add_epi16(a, b));
@@ -90,7 +96,7 @@ inline R unpack_order(R x) {
   else if constexpr (K == 2) return _mm256_permute4x64_epi64(x, _MM_SHUFFLE(3, 1, 2, 0));
 #endif
 #if defined(__AVX512F__)
-  else return _mm512_permutexvar_epi64(_mm512_set_epi64(7, 5, 3, 1, 6, 4, 2, 0), x);
+  else return _mm512_maskz_permutexvar_epi64(0xFF, _mm512_set_epi64(7, 5, 3, 1, 6, 4, 2, 0), x);
 #endif
 }
 
@@ -226,7 +232,7 @@ inline vec<T, K> abs_sat(const vec<T, K>& a) {
   } else if constexpr (std::is_same_v<T, int32_t>) {
     if constexpr (K == 1) return V{x86::min_u32<1>(_mm_abs_epi32(a.r), x86::set1_32<1>(0x7FFFFFFF))};
     else if constexpr (K == 2) return V{x86::min_u32<2>(_mm256_abs_epi32(a.r), x86::set1_32<2>(0x7FFFFFFF))};
-    else return V{x86::min_u32<4>(_mm512_abs_epi32(a.r), x86::set1_32<4>(0x7FFFFFFF))};
+    else return V{x86::min_u32<4>(_mm512_maskz_abs_epi32(0xFFFF, a.r), x86::set1_32<4>(0x7FFFFFFF))};
   } else {
     static_assert(sizeof(T) == 0, "no such abs");
   }
@@ -322,7 +328,7 @@ inline vec<To, K> narrow_sat(const vec<From, K>& a, const vec<From, K>& b) {
     else if constexpr (K == 2)
       return V{_mm256_set_m128i(_mm256_cvtsepi64_epi32(b.r), _mm256_cvtsepi64_epi32(a.r))};
     else
-      return V{_mm512_inserti64x4(_mm512_castsi256_si512(_mm512_cvtsepi64_epi32(a.r)), _mm512_cvtsepi64_epi32(b.r), 1)};
+      return V{_mm512_maskz_inserti64x4(0xFF, _mm512_castsi256_si512(_mm512_maskz_cvtsepi64_epi32(0xFF, a.r)), _mm512_maskz_cvtsepi64_epi32(0xFF, b.r), 1)};
 #else
     if constexpr (K == 1) {
       return V{_mm_castps_si128(_mm_shuffle_ps(_mm_castsi128_ps(x86::clamp_i32<1>(a.r)),
