@@ -81,15 +81,24 @@ ZIVKStatus signed_scaled(const T* src1, const T* src2, T* dst, int32_t len, doub
   using W = std::conditional_t<sizeof(T) == 2, int32_t, int64_t>;
   const F m = scale::multiplier<F>(c.e);
   const across<F> mvs(m);
-  for_blocks<simd::vec<W>::kLanes>(
+  // Blocks go in pairs of registers where they can, so that one narrowing fills a
+  // whole register.
+  for_block_groups<simd::vec<W>::kLanes, 2>(
       len,
-      [&](int64_t i, auto w) {
-        constexpr int K = decltype(w)::value;
+      [&](int64_t i, auto g) {
+        constexpr int K = decltype(g)::kBlocks;
         using VW = simd::vec<W, K>;
         const auto& mv = mvs.template get<K>();
-        const VW x = wrap<op>(simd::load_widen<VW>(src1 + i), simd::load_widen<VW>(src2 + i));
-        const VW r = simd::cvt_sat<W, Mode::kNear>(simd::mul_to_convert(simd::cvt_to_float<F>(x), mv));
-        simd::store_lo(dst + i, simd::narrow_sat<T>(r, r));
+        auto product = [&](int64_t at) {
+          const VW x = wrap<op>(simd::load_widen<VW>(src1 + at), simd::load_widen<VW>(src2 + at));
+          return simd::cvt_sat<W, Mode::kNear>(simd::mul_to_convert(simd::cvt_to_float<F>(x), mv));
+        };
+        const VW r0 = product(i);
+        if constexpr (decltype(g)::kCount == 2) {
+          simd::store(dst + i, simd::narrow_sat<T>(r0, product(i + VW::kLanes)));
+        } else {
+          simd::store_lo(dst + i, simd::narrow_sat<T>(r0, r0));
+        }
       },
       [&](int64_t i) { dst[i] = rounding::tail<T>(static_cast<F>(exact<op>(src1, src2, i)) * m); });
   return ZIVK_STS_NO_ERR;
