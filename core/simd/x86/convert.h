@@ -129,18 +129,19 @@ inline R round(R p) {
     R fr, st;
     from_ints(fr, frac);
     from_ints(st, step);
-    R ge;
     if constexpr (sizeof(R) == 64) {
+      // The step added under a lane mask: where it is not, the lane is t itself (a -0
+      // stays -0, which converts to the same integer 0).
       if constexpr (sizeof(S) == 4)
-        ge = _mm512_castsi512_ps(_mm512_movm_epi32(_mm512_cmp_ps_mask(fr, f::set1(S(0.5)), _CMP_GE_OQ)));
+        return _mm512_mask_add_ps(t, _mm512_cmp_ps_mask(fr, f::set1(S(0.5)), _CMP_GE_OQ), t, st);
       else
-        ge = _mm512_castsi512_pd(_mm512_movm_epi64(_mm512_cmp_pd_mask(fr, f::set1(S(0.5)), _CMP_GE_OQ)));
+        return _mm512_mask_add_pd(t, _mm512_cmp_pd_mask(fr, f::set1(S(0.5)), _CMP_GE_OQ), t, st);
     } else {
-      ge = f::template cmp<_CMP_GE_OQ>(fr, f::set1(S(0.5)));
+      const R ge = f::template cmp<_CMP_GE_OQ>(fr, f::set1(S(0.5)));
+      R add;
+      from_ints(add, bits(ge) & bits(st));
+      return t + add;
     }
-    R add;
-    from_ints(add, bits(ge) & bits(st));
-    return t + add;
   }
 }
 
