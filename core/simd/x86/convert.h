@@ -129,20 +129,24 @@ inline R round(R p) {
     R fr, st;
     from_ints(fr, frac);
     from_ints(st, step);
-    if constexpr (sizeof(R) == 64) {
-      // The step added under a lane mask: where it is not, the lane is t itself (a -0
-      // stays -0, which converts to the same integer 0).
-      if constexpr (sizeof(S) == 4)
-        return _mm512_mask_add_ps(t, _mm512_cmp_ps_mask(fr, f::set1(S(0.5)), _CMP_GE_OQ), t, st);
-      else
-        return _mm512_mask_add_pd(t, _mm512_cmp_pd_mask(fr, f::set1(S(0.5)), _CMP_GE_OQ), t, st);
-    } else {
-      const R ge = f::template cmp<_CMP_GE_OQ>(fr, f::set1(S(0.5)));
-      R add;
-      from_ints(add, bits(ge) & bits(st));
-      return t + add;
-    }
+    const R ge = f::template cmp<_CMP_GE_OQ>(fr, f::set1(S(0.5)));
+    R add;
+    from_ints(add, bits(ge) & bits(st));
+    return t + add;
   }
+}
+
+// p plus the float just below one half, with p's sign: truncating the sum rounds p to
+// nearest with a tie away from zero, for every p (the sum rounds up to the next whole
+// value exactly where p's fraction is at least one half). NaN stays NaN.
+template <class R>
+inline R add_below_half(R p) {
+  using S = std::conditional_t<sizeof(p[0]) == 4, float, double>;
+  using f = fregs<S, sizeof(R) / 16>;
+  const R below_half = sizeof(S) == 4 ? f::set1(S(0x1.fffffep-2f)) : f::set1(S(0x1.fffffffffffffp-2));
+  R h;
+  from_ints(h, (ints(p) & ints(f::set1(S(-0.0)))) | ints(below_half));
+  return p + h;
 }
 
 }  // namespace x86
@@ -167,14 +171,14 @@ inline vec<L, K> cvt_sat(const vec<F, K>& a) {
       if constexpr (m == Mode::kZero) return V{_mm512_mask_cvtt_roundps_epi32(top, in, p, kNoExc)};
       else if constexpr (m == Mode::kNear)
         return V{_mm512_mask_cvt_roundps_epi32(top, in, p, _MM_FROUND_TO_NEAREST_INT | kNoExc)};
-      else return V{_mm512_mask_cvtt_roundps_epi32(top, in, x86::round<m>(p), kNoExc)};
+      else return V{_mm512_mask_cvtt_roundps_epi32(top, in, x86::add_below_half(p), kNoExc)};
     } else if constexpr (std::is_same_v<L, uint32_t>) {
       // max keeps its second operand for NaN: NaN and everything below 0 become 0. The
       // unsigned conversion gives 2^32 - 1 for every lane too large: the saturated value.
       const __m512 p = _mm512_maskz_max_ps(0xFFFF, a.r, _mm512_setzero_ps());
       if constexpr (m == Mode::kZero) return V{_mm512_maskz_cvtt_roundps_epu32(0xFFFF, p, kNoExc)};
       else if constexpr (m == Mode::kNear) return V{_mm512_maskz_cvt_roundps_epu32(0xFFFF, p, _MM_FROUND_TO_NEAREST_INT | kNoExc)};
-      else return V{_mm512_maskz_cvtt_roundps_epu32(0xFFFF, x86::round<m>(p), kNoExc)};
+      else return V{_mm512_maskz_cvtt_roundps_epu32(0xFFFF, x86::add_below_half(p), kNoExc)};
     } else if constexpr (std::is_same_v<L, int64_t>) {
       const __m512d p = _mm512_fixupimm_pd(a.r, a.r, _mm512_set1_epi64(0x88), 0);
       const __mmask8 in = _mm512_cmp_pd_mask(p, _mm512_set1_pd(9223372036854775808.0), _CMP_LT_OQ);
@@ -182,7 +186,7 @@ inline vec<L, K> cvt_sat(const vec<F, K>& a) {
       if constexpr (m == Mode::kZero) return V{_mm512_mask_cvtt_roundpd_epi64(top, in, p, kNoExc)};
       else if constexpr (m == Mode::kNear)
         return V{_mm512_mask_cvt_roundpd_epi64(top, in, p, _MM_FROUND_TO_NEAREST_INT | kNoExc)};
-      else return V{_mm512_mask_cvtt_roundpd_epi64(top, in, x86::round<m>(p), kNoExc)};
+      else return V{_mm512_mask_cvtt_roundpd_epi64(top, in, x86::add_below_half(p), kNoExc)};
     } else {
       static_assert(sizeof(L) == 0, "no such conversion");
     }
