@@ -59,6 +59,26 @@ struct across {
 template <int B, class W>
 constexpr int64_t kGroup = int64_t{B} * W::value;
 
+// Whole blocks of B elements whose results are made in lanes twice as wide as To and
+// narrow with saturation: result(i, w) gives the wide lanes of the register of w blocks
+// from element i. The blocks go in pairs of registers where they can, so that one
+// narrowing fills a whole register; otherwise it fills half of one. Then the tail.
+template <int B, class To, class Result, class Tail>
+inline void narrowing_blocks(int32_t len, To* dst, Result&& result, Tail&& tail) {
+  for_block_groups<B, 2>(
+      len,
+      [&](int64_t i, auto g) {
+        constexpr int K = decltype(g)::kBlocks;
+        const auto r0 = result(i, simd::width<K>{});
+        if constexpr (decltype(g)::kCount == 2) {
+          simd::store(dst + i, simd::narrow_sat<To>(r0, result(i + int64_t{B} * K, simd::width<K>{})));
+        } else {
+          simd::store_lo(dst + i, simd::narrow_sat<To>(r0, r0));
+        }
+      },
+      tail);
+}
+
 struct Scaled {
   int32_t e;
   ZIVKStatus st;
@@ -81,24 +101,13 @@ ZIVKStatus signed_scaled(const T* src1, const T* src2, T* dst, int32_t len, doub
   using W = std::conditional_t<sizeof(T) == 2, int32_t, int64_t>;
   const F m = scale::multiplier<F>(c.e);
   const across<F> mvs(m);
-  // Blocks go in pairs of registers where they can, so that one narrowing fills a
-  // whole register.
-  for_block_groups<simd::vec<W>::kLanes, 2>(
-      len,
-      [&](int64_t i, auto g) {
-        constexpr int K = decltype(g)::kBlocks;
-        using VW = simd::vec<W, K>;
-        const auto& mv = mvs.template get<K>();
-        auto product = [&](int64_t at) {
-          const VW x = wrap<op>(simd::load_widen<VW>(src1 + at), simd::load_widen<VW>(src2 + at));
-          return simd::cvt_sat<W, Mode::kNear>(simd::mul_to_convert(simd::cvt_to_float<F>(x), mv));
-        };
-        const VW r0 = product(i);
-        if constexpr (decltype(g)::kCount == 2) {
-          simd::store(dst + i, simd::narrow_sat<T>(r0, product(i + VW::kLanes)));
-        } else {
-          simd::store_lo(dst + i, simd::narrow_sat<T>(r0, r0));
-        }
+  narrowing_blocks<simd::vec<W>::kLanes>(
+      len, dst,
+      [&](int64_t i, auto w) {
+        using VW = simd::vec<W, decltype(w)::value>;
+        const VW x = wrap<op>(simd::load_widen<VW>(src1 + i), simd::load_widen<VW>(src2 + i));
+        return simd::cvt_sat<W, Mode::kNear>(
+            simd::mul_to_convert(simd::cvt_to_float<F>(x), mvs.template get<decltype(w)::value>()));
       },
       [&](int64_t i) { dst[i] = rounding::tail<T>(static_cast<F>(exact<op>(src1, src2, i)) * m); });
   return ZIVK_STS_NO_ERR;
@@ -137,29 +146,27 @@ ZIVKStatus add_8u_s(const uint8_t* src1, const uint8_t* src2, uint8_t* dst, int3
           simd::mul_to_convert(simd::cvt_to_float<float>(simd::widen_hi<uint32_t>(x)), mv));
       return simd::narrow_sat<uint16_t>(lo, hi);
     };
-    for_blocks<8>(
-        len,
+    narrowing_blocks<8>(
+        len, dst,
         [&](int64_t i, auto w) {
           using V16 = simd::vec<uint16_t, decltype(w)::value>;
           prefetch_lines<kGroup<8, decltype(w)>>(src1, i, 256);
           prefetch_lines<kGroup<8, decltype(w)>>(src2, i, 256);
           prefetch_lines<kGroup<8, decltype(w)>>(dst, i, 256);
-          const V16 r = scaled(simd::add_wrap(simd::load_widen<V16>(src1 + i), simd::load_widen<V16>(src2 + i)));
-          simd::store_lo(dst + i, simd::narrow_sat<uint8_t>(r, r));
+          return scaled(simd::add_wrap(simd::load_widen<V16>(src1 + i), simd::load_widen<V16>(src2 + i)));
         },
         [&](int64_t i) { dst[i] = rounding::tail<uint8_t>(static_cast<float>(src1[i] + src2[i]) * m); });
     return ZIVK_STS_NO_ERR;
   }
   const int32_t k = c.e;
-  for_blocks<8>(
-      len,
+  narrowing_blocks<8>(
+      len, dst,
       [&](int64_t i, auto w) {
         using V16 = simd::vec<uint16_t, decltype(w)::value>;
         prefetch_lines<kGroup<8, decltype(w)>>(src1, i, 256);
         prefetch_lines<kGroup<8, decltype(w)>>(src2, i, 256);
         const V16 x = simd::add_wrap(simd::load_widen<V16>(src1 + i), simd::load_widen<V16>(src2 + i));
-        const V16 r = simd::shl_sat_round_by_low_byte(x, k);
-        simd::store_lo(dst + i, simd::narrow_sat<uint8_t>(r, r));
+        return simd::shl_sat_round_by_low_byte(x, k);
       },
       // x * M is whole (or infinite, or NaN for 0 times infinity): truncating is exact.
       [&](int64_t i) { dst[i] = rounding::tail_zero<uint8_t>(static_cast<float>(src1[i] + src2[i]) * m); });
@@ -177,30 +184,28 @@ ZIVKStatus add_16u_s(const uint16_t* src1, const uint16_t* src2, uint16_t* dst, 
   auto tail = [&](int64_t i) { dst[i] = rounding::tail<uint16_t>(static_cast<float>(src1[i] + src2[i]) * m); };
   if (c.e < 0) {
     const across<float> mvs(m);
-    for_blocks<4>(
-        len,
+    narrowing_blocks<4>(
+        len, dst,
         [&](int64_t i, auto w) {
           using V32 = simd::vec<uint32_t, decltype(w)::value>;
           prefetch_lines<kGroup<4, decltype(w)>>(src1, i, 512);
           prefetch_lines<kGroup<4, decltype(w)>>(src2, i, 512);
           const V32 x = simd::add_wrap(simd::load_widen<V32>(src1 + i), simd::load_widen<V32>(src2 + i));
-          const auto r = simd::cvt_sat<int32_t, Mode::kNear>(
+          return simd::cvt_sat<int32_t, Mode::kNear>(
               simd::mul_to_convert(simd::cvt_to_float<float>(x), mvs.template get<decltype(w)::value>()));
-          simd::store_lo(dst + i, simd::narrow_sat<uint16_t>(r, r));
         },
         tail);
     return ZIVK_STS_NO_ERR;
   }
   const int32_t k = c.e;
-  for_blocks<4>(
-      len,
+  narrowing_blocks<4>(
+      len, dst,
       [&](int64_t i, auto w) {
         using V32 = simd::vec<uint32_t, decltype(w)::value>;
         prefetch_lines<kGroup<4, decltype(w)>>(src1, i, 512);
         prefetch_lines<kGroup<4, decltype(w)>>(src2, i, 512);
         const V32 x = simd::add_wrap(simd::load_widen<V32>(src1 + i), simd::load_widen<V32>(src2 + i));
-        const V32 r = simd::shl_sat_round_by_low_byte(x, k);
-        simd::store_lo(dst + i, simd::narrow_sat<uint16_t>(r, r));
+        return simd::shl_sat_round_by_low_byte(x, k);
       },
       tail);
   return ZIVK_STS_NO_ERR;
