@@ -45,7 +45,9 @@ TEST(Malloc, BoundsAndSizes) {
   for (const auto& m : kAllocs) {
     // The largest len asks for exactly len * size bytes; one more is refused unasked.
     EXPECT_EQ(asked(m, m.max_len), std::make_pair(1, m.max_len * m.elem)) << m.name;
-    if (m.max_len < INT32_MAX) EXPECT_EQ(asked(m, m.max_len + 1).first, 0) << m.name;
+    if (m.max_len < INT32_MAX) {
+      EXPECT_EQ(asked(m, m.max_len + 1).first, 0) << m.name;
+    }
     for (int32_t bad : {0, -1, -2, INT32_MIN, INT32_MIN + 1})
       EXPECT_EQ(asked(m, bad).first, 0) << m.name << " len " << bad;
     EXPECT_EQ(asked(m, 3), std::make_pair(1, 3 * m.elem)) << m.name;
