@@ -141,6 +141,26 @@ struct lanes {
   V get() const { return load<V>(v); }
 };
 
+// A store that need not stay in the caches, for fills far larger than they are (stnp);
+// p is aligned to the size of the vector. A run of them ends with stream_fence.
+template <class T, int K>
+inline void store_stream(T* p, const vec<T, K>& v) {
+#if defined(ZIVKS_BACKEND_X86)
+  typename int_reg<K>::type r;
+  memcpy(&r, &v.r, sizeof r);
+  x86::stream<K>(p, r);
+#else
+  store(p, v);
+#endif
+}
+
+// Orders the streaming stores before all later stores (sfence on x86).
+inline void stream_fence() {
+#if defined(ZIVKS_BACKEND_X86)
+  _mm_sfence();
+#endif
+}
+
 // Streaming read hint for the first cache level (prfm pldl1strm); never faults.
 inline void prefetch_stream(const void* p) { __builtin_prefetch(p, 0, 0); }
 
