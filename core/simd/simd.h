@@ -97,8 +97,11 @@ inline void prefetch_stream(const void* p) { __builtin_prefetch(p, 0, 0); }
 
 #if defined(ZIVKS_BACKEND_NEON)
 #include "core/simd/neon/float_arith.h"
+#include "core/simd/neon/minmax.h"
 #elif defined(ZIVKS_BACKEND_X86)
 #include "core/simd/x86/float_arith.h"
+#include "core/simd/x86/minmax.h"
 #else
 #include "core/simd/generic/float_arith.h"
+#include "core/simd/generic/minmax.h"
 #endif

@@ -1,0 +1,247 @@
+// x86 backend: minimum, maximum, absolute values, reductions, compares and the per-lane
+// counts of the search families, with the results of the Arm unit.
+//
+// maxps(a, b) is "a > b ? a : b": it returns b for any NaN and for two zeros. Taking it
+// both ways round and keeping the common bits (AND for the maximum, OR for the minimum)
+// orders -0 below +0; lanes with a NaN operand get the NaN of the library's rule.
+#pragma once
+
+namespace zivks::simd {
+
+namespace x86 {
+
+#define ZIVKS_X86_FLOAT_OPS(reg, pre, suf)                                                    \
+  inline reg max_raw(reg a, reg b) { return pre##_max_##suf(a, b); }                          \
+  inline reg min_raw(reg a, reg b) { return pre##_min_##suf(a, b); }                          \
+  inline reg and_raw(reg a, reg b) { return pre##_and_##suf(a, b); }                          \
+  inline reg or_raw(reg a, reg b) { return pre##_or_##suf(a, b); }
+ZIVKS_X86_FLOAT_OPS(__m128, _mm, ps)
+ZIVKS_X86_FLOAT_OPS(__m128d, _mm, pd)
+#if defined(__AVX2__)
+ZIVKS_X86_FLOAT_OPS(__m256, _mm256, ps)
+ZIVKS_X86_FLOAT_OPS(__m256d, _mm256, pd)
+#endif
+#if defined(__AVX512F__) && defined(__AVX512DQ__)
+ZIVKS_X86_FLOAT_OPS(__m512, _mm512, ps)
+ZIVKS_X86_FLOAT_OPS(__m512d, _mm512, pd)
+#endif
+#undef ZIVKS_X86_FLOAT_OPS
+
+inline bool any_unordered(__m128 a, __m128 b) { return _mm_movemask_ps(_mm_cmpunord_ps(a, b)) != 0; }
+inline bool any_unordered(__m128d a, __m128d b) { return _mm_movemask_pd(_mm_cmpunord_pd(a, b)) != 0; }
+#if defined(__AVX2__)
+inline bool any_unordered(__m256 a, __m256 b) {
+  return _mm256_movemask_ps(_mm256_cmp_ps(a, b, _CMP_UNORD_Q)) != 0;
+}
+inline bool any_unordered(__m256d a, __m256d b) {
+  return _mm256_movemask_pd(_mm256_cmp_pd(a, b, _CMP_UNORD_Q)) != 0;
+}
+#endif
+#if defined(__AVX512F__)
+inline bool any_unordered(__m512 a, __m512 b) { return _mm512_cmp_ps_mask(a, b, _CMP_UNORD_Q) != 0; }
+inline bool any_unordered(__m512d a, __m512d b) { return _mm512_cmp_pd_mask(a, b, _CMP_UNORD_Q) != 0; }
+#endif
+
+// Lanes with a NaN operand get the NaN of the rule.
+template <class V>
+[[gnu::cold, gnu::noinline]] V nan_operand_lanes(const V& r, const V& a, const V& b) {
+  lanes<V> lr(r), la(a), lb(b);
+  for (int i = 0; i < V::kLanes; ++i)
+    if (fp::is_nan(la.v[i]) || fp::is_nan(lb.v[i])) lr.v[i] = fp::nan_of(la.v[i], lb.v[i]);
+  return lr.get();
+}
+
+}  // namespace x86
+
+// fmax
+template <class T, int K>
+inline vec<T, K> max_propagating(const vec<T, K>& a, const vec<T, K>& b) {
+  vec<T, K> r{x86::and_raw(x86::max_raw(a.r, b.r), x86::max_raw(b.r, a.r))};
+  return __builtin_expect(x86::any_unordered(a.r, b.r), 0) ? x86::nan_operand_lanes(r, a, b) : r;
+}
+
+// fmin
+template <class T, int K>
+inline vec<T, K> min_propagating(const vec<T, K>& a, const vec<T, K>& b) {
+  vec<T, K> r{x86::or_raw(x86::min_raw(a.r, b.r), x86::min_raw(b.r, a.r))};
+  return __builtin_expect(x86::any_unordered(a.r, b.r), 0) ? x86::nan_operand_lanes(r, a, b) : r;
+}
+
+// smax / umax
+template <class T, int K>
+inline vec<T, K> max(const vec<T, K>& a, const vec<T, K>& b) {
+  static_assert(K == 1, "one block");
+  if constexpr (std::is_same_v<T, uint8_t>) return {_mm_max_epu8(a.r, b.r)};
+  else if constexpr (std::is_same_v<T, uint16_t>) return {_mm_max_epu16(a.r, b.r)};
+  else if constexpr (std::is_same_v<T, uint32_t>) return {_mm_max_epu32(a.r, b.r)};
+  else if constexpr (std::is_same_v<T, int16_t>) return {_mm_max_epi16(a.r, b.r)};
+  else {
+    static_assert(std::is_same_v<T, int32_t>, "lane type");
+    return {_mm_max_epi32(a.r, b.r)};
+  }
+}
+
+// smin / umin
+template <class T, int K>
+inline vec<T, K> min(const vec<T, K>& a, const vec<T, K>& b) {
+  static_assert(K == 1, "one block");
+  if constexpr (std::is_same_v<T, uint8_t>) return {_mm_min_epu8(a.r, b.r)};
+  else if constexpr (std::is_same_v<T, uint16_t>) return {_mm_min_epu16(a.r, b.r)};
+  else if constexpr (std::is_same_v<T, uint32_t>) return {_mm_min_epu32(a.r, b.r)};
+  else if constexpr (std::is_same_v<T, int16_t>) return {_mm_min_epi16(a.r, b.r)};
+  else {
+    static_assert(std::is_same_v<T, int32_t>, "lane type");
+    return {_mm_min_epi32(a.r, b.r)};
+  }
+}
+
+// fabs
+template <class T, int K>
+inline vec<T, K> abs(const vec<T, K>& a) {
+  static_assert(K == 1, "one block");
+  if constexpr (std::is_same_v<T, float>)
+    return {_mm_castsi128_ps(_mm_and_si128(_mm_castps_si128(a.r), _mm_set1_epi32(0x7FFFFFFF)))};
+  else
+    return {_mm_castsi128_pd(
+        _mm_and_si128(_mm_castpd_si128(a.r), _mm_set1_epi64x(0x7FFFFFFFFFFFFFFFll)))};
+}
+
+// sqabs: pabs leaves the most negative value as it is, seen unsigned one above the
+// most positive, so an unsigned minimum with the most positive saturates it.
+template <class T, int K>
+inline vec<T, K> abs_sat(const vec<T, K>& a) {
+  static_assert(K == 1, "one block");
+  if constexpr (std::is_same_v<T, int16_t>)
+    return {_mm_min_epu16(_mm_abs_epi16(a.r), _mm_set1_epi16(0x7FFF))};
+  else
+    return {_mm_min_epu32(_mm_abs_epi32(a.r), _mm_set1_epi32(0x7FFFFFFF))};
+}
+
+namespace x86 {
+// The lanes of the upper half moved down onto the lower ones.
+template <class T>
+inline __m128i halves(__m128i v, int lanes_in_half) {
+  switch (lanes_in_half * static_cast<int>(sizeof(T))) {
+    case 8: return _mm_unpackhi_epi64(v, v);
+    case 4: return _mm_shuffle_epi32(v, _MM_SHUFFLE(1, 1, 1, 1));
+    case 2: return _mm_srli_epi32(v, 16);
+    default: return _mm_srli_epi16(v, 8);
+  }
+}
+}  // namespace x86
+
+// fmaxv / smaxv / umaxv: lower half against upper half, down to one lane.
+template <class T>
+inline T reduce_max(const vec<T, 1>& a) {
+  if constexpr (std::is_same_v<T, float>) {
+    const vec<T, 1> s{_mm_shuffle_ps(a.r, a.r, _MM_SHUFFLE(2, 3, 0, 1))};
+    const vec<T, 1> p = max_propagating(a, s);                // l0 l1 | l2 l3
+    const vec<T, 1> h{_mm_movehl_ps(p.r, p.r)};
+    return _mm_cvtss_f32(max_propagating(p, h).r);
+  } else if constexpr (std::is_same_v<T, double>) {
+    const vec<T, 1> h{_mm_unpackhi_pd(a.r, a.r)};
+    return _mm_cvtsd_f64(max_propagating(a, h).r);
+  } else {
+    vec<T, 1> v = a;
+    for (int n = vec<T, 1>::kLanes / 2; n >= 1; n /= 2) v = max(v, vec<T, 1>{x86::halves<T>(v.r, n)});
+    T r;
+    memcpy(&r, &v.r, sizeof r);
+    return r;
+  }
+}
+
+// fminv / sminv / uminv
+template <class T>
+inline T reduce_min(const vec<T, 1>& a) {
+  if constexpr (std::is_same_v<T, float>) {
+    const vec<T, 1> s{_mm_shuffle_ps(a.r, a.r, _MM_SHUFFLE(2, 3, 0, 1))};
+    const vec<T, 1> p = min_propagating(a, s);
+    const vec<T, 1> h{_mm_movehl_ps(p.r, p.r)};
+    return _mm_cvtss_f32(min_propagating(p, h).r);
+  } else if constexpr (std::is_same_v<T, double>) {
+    const vec<T, 1> h{_mm_unpackhi_pd(a.r, a.r)};
+    return _mm_cvtsd_f64(min_propagating(a, h).r);
+  } else {
+    vec<T, 1> v = a;
+    for (int n = vec<T, 1>::kLanes / 2; n >= 1; n /= 2) v = min(v, vec<T, 1>{x86::halves<T>(v.r, n)});
+    T r;
+    memcpy(&r, &v.r, sizeof r);
+    return r;
+  }
+}
+
+// faddp, faddp: (l0 + l1) + (l2 + l3).
+inline float reduce_add_pairwise(const vec<float, 1>& a) {
+  const vec<float, 1> s{_mm_shuffle_ps(a.r, a.r, _MM_SHUFFLE(2, 3, 0, 1))};
+  const vec<float, 1> p = add(a, s);
+  const vec<float, 1> h{_mm_movehl_ps(p.r, p.r)};
+  return _mm_cvtss_f32(add(p, h).r);
+}
+
+// fcmeq + bsl: lanes of a that are NaN become the lanes of r.
+template <class T, int K>
+inline vec<T, K> select_nan(const vec<T, K>& a, const vec<T, K>& r) {
+  static_assert(K == 1, "one block");
+  if constexpr (std::is_same_v<T, float>) return {_mm_blendv_ps(a.r, r.r, _mm_cmpunord_ps(a.r, a.r))};
+  else return {_mm_blendv_pd(a.r, r.r, _mm_cmpunord_pd(a.r, a.r))};
+}
+
+// cmgt, cmgt, and, sub: each lane of acc counts one more where lo < x < hi.
+inline vec<int32_t, 1> count_between(const vec<int32_t, 1>& acc, const vec<int32_t, 1>& x,
+                                     const vec<int32_t, 1>& lo, const vec<int32_t, 1>& hi) {
+  const __m128i in = _mm_and_si128(_mm_cmpgt_epi32(x.r, lo.r), _mm_cmpgt_epi32(hi.r, x.r));
+  return {_mm_sub_epi32(acc.r, in)};
+}
+
+// ld1 + sxtl: four int16 widened to int32.
+inline vec<int32_t, 1> load_widened(const int16_t* p) {
+  return {_mm_cvtepi16_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p)))};
+}
+
+// fmul + fcmlt #0 + sub / mul + cmlt #0 + sub
+template <class T>
+inline vec<int32_t, 1> count_negative_products(const vec<int32_t, 1>& acc, const vec<T, 1>& a,
+                                               const vec<T, 1>& b) {
+  __m128i neg;
+  if constexpr (std::is_same_v<T, float>)
+    neg = _mm_castps_si128(_mm_cmplt_ps(_mm_mul_ps(a.r, b.r), _mm_setzero_ps()));
+  else
+    neg = _mm_srai_epi32(_mm_mullo_epi32(a.r, b.r), 31);
+  return {_mm_sub_epi32(acc.r, neg)};
+}
+
+// eor + ushr #31 + add
+template <class T>
+inline vec<int32_t, 1> count_sign_differences(const vec<int32_t, 1>& acc, const vec<T, 1>& a,
+                                              const vec<T, 1>& b) {
+  __m128i x, y;
+  memcpy(&x, &a.r, 16);
+  memcpy(&y, &b.r, 16);
+  return {_mm_add_epi32(acc.r, _mm_srli_epi32(_mm_xor_si128(x, y), 31))};
+}
+
+// fcmgt/fcmlt + bsl / cmgt/cmlt + sub: 1, -1, or the lane itself.
+template <class T>
+inline vec<T, 1> sign_value(const vec<T, 1>& a) {
+  if constexpr (std::is_same_v<T, float>) {
+    const __m128 z = _mm_setzero_ps();
+    __m128 r = _mm_blendv_ps(a.r, _mm_set1_ps(1.0f), _mm_cmpgt_ps(a.r, z));
+    return {_mm_blendv_ps(r, _mm_set1_ps(-1.0f), _mm_cmplt_ps(a.r, z))};
+  } else {
+    const __m128i z = _mm_setzero_si128();
+    // (x > 0) is -1 where true, (x < 0) likewise: their difference is the sign.
+    return {_mm_sub_epi32(_mm_cmpgt_epi32(z, a.r), _mm_cmpgt_epi32(a.r, z))};
+  }
+}
+
+// fabd / sabd
+template <class T>
+inline vec<T, 1> abs_diff(const vec<T, 1>& a, const vec<T, 1>& b) {
+  if constexpr (std::is_same_v<T, float>) return abs(sub(a, b));
+  else return {_mm_abs_epi32(_mm_sub_epi32(a.r, b.r))};
+}
+
+// scvtf
+inline vec<float, 1> to_float(const vec<int32_t, 1>& a) { return {_mm_cvtepi32_ps(a.r)}; }
+
+}  // namespace zivks::simd
