@@ -21,11 +21,19 @@ ZIVKS_X86_FLOAT_OPS(__m128d, _mm, pd)
 ZIVKS_X86_FLOAT_OPS(__m256, _mm256, ps)
 ZIVKS_X86_FLOAT_OPS(__m256d, _mm256, pd)
 #endif
-#if defined(__AVX512F__) && defined(__AVX512DQ__)
-ZIVKS_X86_FLOAT_OPS(__m512, _mm512, ps)
-ZIVKS_X86_FLOAT_OPS(__m512d, _mm512, pd)
-#endif
 #undef ZIVKS_X86_FLOAT_OPS
+#if defined(__AVX512F__) && defined(__AVX512DQ__)
+// The zero-masked forms with every lane selected: the plain ones start from an
+// undefined register, which GCC 12 warns about.
+inline __m512 max_raw(__m512 a, __m512 b) { return _mm512_maskz_max_ps(__mmask16(0xFFFF), a, b); }
+inline __m512 min_raw(__m512 a, __m512 b) { return _mm512_maskz_min_ps(__mmask16(0xFFFF), a, b); }
+inline __m512 and_raw(__m512 a, __m512 b) { return _mm512_and_ps(a, b); }
+inline __m512 or_raw(__m512 a, __m512 b) { return _mm512_or_ps(a, b); }
+inline __m512d max_raw(__m512d a, __m512d b) { return _mm512_maskz_max_pd(__mmask8(0xFF), a, b); }
+inline __m512d min_raw(__m512d a, __m512d b) { return _mm512_maskz_min_pd(__mmask8(0xFF), a, b); }
+inline __m512d and_raw(__m512d a, __m512d b) { return _mm512_and_pd(a, b); }
+inline __m512d or_raw(__m512d a, __m512d b) { return _mm512_or_pd(a, b); }
+#endif
 
 inline bool any_unordered(__m128 a, __m128 b) { return _mm_movemask_ps(_mm_cmpunord_ps(a, b)) != 0; }
 inline bool any_unordered(__m128d a, __m128d b) { return _mm_movemask_pd(_mm_cmpunord_pd(a, b)) != 0; }
