@@ -35,14 +35,37 @@ template <> constexpr int kPrefetch<uint32_t, true> = 2048;
 // The running result of one direction.
 template <Dir d, class View, class T>
 struct Search {
+  static constexpr Dir kDir = d;
+  static constexpr bool kAbs = std::is_same_v<View, Abs>;
+  static constexpr auto kFold = d == Dir::kMax ? (kAbs ? simd::Fold::kMaxAbs : simd::Fold::kMax)
+                                               : (kAbs ? simd::Fold::kMinAbs : simd::Fold::kMin);
   T best;
   int64_t at = 0;
 
-  void block(const V<T>& a, const V<T>& b, int64_t start) {
-    const T m = reduce<d>(pick<d>(View::block(a), View::block(b)));
+  // The block's extreme: NaN if it holds one.
+  static T block_value(const T* p) {
+    return reduce<d>(pick<d>(View::block(simd::load<V<T>>(p)), View::block(simd::load<V<T>>(p + kLanes<T>))));
+  }
+  void block(const T* src, int64_t b) {
+    const T m = block_value(src + b);
     if (beats<d>(m, best)) {
       best = m;
-      at = start;
+      at = b;
+    }
+  }
+  // A chunk of blocks [b, e) without NaN, of which `folded` is the fold: its extreme
+  // is exact but for the sign of a zero, so the value kept is that of the first block
+  // that reaches it, as block by block.
+  void chunk(const T* src, int64_t b, int64_t e, const V<T>& folded) {
+    const T m = reduce<d>(folded);
+    if (!beats<d>(m, best)) return;
+    for (; b < e; b += kBlock<T>) {
+      const T mb = block_value(src + b);
+      if (mb == m) {
+        best = mb;
+        at = b;
+        return;
+      }
     }
   }
   void lane_walk(const T* src) {
@@ -50,26 +73,44 @@ struct Search {
     while (l < kBlock<T> - 1 && !(View::scalar(src[at + l]) == best)) ++l;
     at += l;
   }
-  void element(T x, int64_t i) {
-    const T v = View::scalar(x);
-    if (beats<d>(v, best)) {
-      best = v;
-      at = i;
+  void tail(const T* src, int64_t from, int32_t len) {
+    for (int64_t i = from; i < len; ++i) {
+      const T v = View::scalar(src[i]);
+      if (beats<d>(v, best)) {
+        best = v;
+        at = i;
+      }
     }
   }
 };
 
+// The block pass goes by chunks: the fold of a chunk (whose result cannot depend on
+// the order) says whether any of its blocks beats the running value; only then are its
+// blocks reduced one by one. A chunk with a NaN goes block by block throughout.
+constexpr int64_t kChunkBytes = 1024;
+
 template <bool kMinMax, class T, class... S>
 void run(const T* src, int32_t len, S&... s) {
   const int64_t n = block_end<kBlock<T>>(len);
-  for (int64_t b = 0; b < n; b += kBlock<T>) {
+  constexpr int64_t kChunk = kChunkBytes / sizeof(T);
+  for (int64_t c = 0; c < n; c += kChunk) {
+    const int64_t e = c + kChunk < n ? c + kChunk : n;
     if constexpr (kPrefetch<T, kMinMax> != 0)
-      simd::prefetch_stream(reinterpret_cast<const char*>(src + b) + kPrefetch<T, kMinMax>);
-    const V<T> x = simd::load<V<T>>(src + b), y = simd::load<V<T>>(src + b + kLanes<T>);
-    (s.block(x, y, b), ...);
+      for (int64_t b = c; b < e; b += kBlock<T>)
+        simd::prefetch_stream(reinterpret_cast<const char*>(src + b) + kPrefetch<T, kMinMax>);
+    bool nan = false;
+    V<T> folded[sizeof...(S)];
+    if constexpr (sizeof...(S) == 2) simd::fold_min_max(src + c, (e - c) / kLanes<T>, folded[0], folded[1], nan);
+    else folded[0] = simd::fold<S::kFold...>(src + c, (e - c) / kLanes<T>, nan);
+    if (nan) {
+      for (int64_t b = c; b < e; b += kBlock<T>) (s.block(src, b), ...);
+    } else {
+      int k = 0;
+      ((s.chunk(src, c, e, folded[k++])), ...);
+    }
   }
   if (n > 0) (s.lane_walk(src), ...);
-  for (int64_t i = n; i < len; ++i) (s.element(src[i], i), ...);
+  (s.tail(src, n, len), ...);
 }
 
 template <Dir d, class T>

@@ -34,6 +34,21 @@ T block_pass(const T* src, int64_t from, int64_t n, V<T> acc) {
   return reduce<d>(acc);
 }
 
+// The block pass's result when it cannot depend on the order: the fold over the
+// blocks, unless a NaN came (whose payload depends on the order) or the extreme is a
+// zero (whose sign the fold leaves open); then the ordered pass.
+template <Dir d, class View, class T>
+T block_extreme(const T* src, int64_t from, int64_t n, T seed) {
+  constexpr bool kAbs = std::is_same_v<View, Abs>;
+  constexpr auto f = d == Dir::kMax ? (kAbs ? simd::Fold::kMaxAbs : simd::Fold::kMax)
+                                    : (kAbs ? simd::Fold::kMinAbs : simd::Fold::kMin);
+  if (from >= n) return seed;
+  bool nan = false;
+  const T m = reduce<d>(simd::fold<f>(src + from, (n - from) / kLanes<T>, nan));
+  if (!nan && !(kFloat<T> && m == 0)) return beats<d>(seed, m) ? seed : m;
+  return block_pass<d, View>(src, from, n, simd::splat<V<T>>(seed));
+}
+
 template <Dir d, class View, class T>
 T tail(const T* src, int64_t from, int32_t len, T best) {
   for (int64_t i = from; i < len; ++i) {
@@ -49,7 +64,7 @@ ZIVKStatus extreme(const T* src, int32_t len, T* out) {
   if (const ZIVKStatus st = check_ptrs_len(len, src, out)) return st;
   const int64_t n = block_end<kBlock<T>>(len);
   T best = src[0];
-  if (n > 0) best = block_pass<d, Plain>(src, 0, n, simd::splat<V<T>>(src[0]));
+  if (n > 0) best = block_extreme<d, Plain>(src, 0, n, src[0]);
   *out = tail<d, Plain>(src, n, len, best);
   return ZIVK_STS_NO_ERR;
 }
@@ -59,7 +74,16 @@ ZIVKStatus min_max(const T* src, int32_t len, T* out_min, T* out_max) {
   if (const ZIVKStatus st = check_ptrs_len(len, src, out_min, out_max)) return st;
   const int64_t n = block_end<kBlock<T>>(len);
   T mn = src[0], mx = src[0];
+  bool slow = n > 0;
   if (n > 0) {
+    bool nan = false;
+    V<T> fmn, fmx;
+    simd::fold_min_max(src, n / kLanes<T>, fmn, fmx, nan);
+    mn = reduce<Dir::kMin>(fmn);
+    mx = reduce<Dir::kMax>(fmx);
+    slow = nan || (kFloat<T> && (mn == 0 || mx == 0));
+  }
+  if (slow) {
     V<T> amn = simd::load<V<T>>(src), amx = amn;
     const V<T> second = simd::load<V<T>>(src + kLanes<T>);
     amn = pick<Dir::kMin>(amn, second);
@@ -96,7 +120,7 @@ ZIVKStatus max_abs(const T* src, int32_t len, T* out) {
   if (n > 0) {
     // The 32-bit integer member starts its blocks at element 8.
     const int64_t from = std::is_same_v<T, int32_t> ? 8 : 0;
-    best = block_pass<Dir::kMax, Abs>(src, from, n, simd::splat<V<T>>(max_abs_seed(src[0])));
+    best = block_extreme<Dir::kMax, Abs>(src, from, n, max_abs_seed(src[0]));
   } else if constexpr (kFloat<T>) {
     best = abs_scalar(src[0]);
   } else {
@@ -113,7 +137,7 @@ ZIVKStatus min_abs(const T* src, int32_t len, T* out) {
   if (const ZIVKStatus st = check_ptrs_len(len, src, out)) return st;
   const int64_t n = block_end<kBlock<T>>(len);
   T best = std::numeric_limits<T>::max();
-  if (n > 0) best = block_pass<Dir::kMin, Abs>(src, 0, n, simd::splat<V<T>>(best));
+  if (n > 0) best = block_extreme<Dir::kMin, Abs>(src, 0, n, best);
   *out = tail<Dir::kMin, Abs>(src, n, len, best);
   return ZIVK_STS_NO_ERR;
 }

@@ -210,4 +210,40 @@ inline vec<float, 1> to_float(const vec<int32_t, 1>& a) {
   return r;
 }
 
+// Folds `count` whole 128-bit vectors from p into one vector by maximum or minimum (of
+// the elements or of their absolute values, which saturate for integers), for searches
+// whose answer cannot depend on the order: `nan` is set when a NaN was met, and then
+// the lanes are unspecified; so is the sign of a zero that ties with the other zero.
+// With the Arm unit this is an fmax/fmin (fabs/sqabs) loop.
+enum class Fold { kMax, kMin, kMaxAbs, kMinAbs };
+
+template <Fold f, class T>
+inline vec<T, 1> fold(const T* p, int64_t count, bool& nan) {
+  constexpr int L = vec<T, 1>::kLanes;
+  vec<T, 1> acc = load<vec<T, 1>>(p);
+  for (int64_t i = 0; i < count * L; ++i) {
+    T x = p[i];
+    if constexpr (f == Fold::kMaxAbs || f == Fold::kMinAbs) {
+      if constexpr (std::is_floating_point_v<T>) x = lane::abs_float(x);
+      else x = lane::abs_sat(x);
+    }
+    T& a = acc.r.v[i % L];
+    if (i < L) a = x;
+    if constexpr (std::is_floating_point_v<T>) {
+      nan |= fp::is_nan(x);
+      a = f == Fold::kMax || f == Fold::kMaxAbs ? lane::max_propagating(a, x) : lane::min_propagating(a, x);
+    } else {
+      a = f == Fold::kMax || f == Fold::kMaxAbs ? (x > a ? x : a) : (x < a ? x : a);
+    }
+  }
+  return acc;
+}
+
+// Both folds of the elements at once.
+template <class T>
+inline void fold_min_max(const T* p, int64_t count, vec<T, 1>& mn, vec<T, 1>& mx, bool& nan) {
+  mn = fold<Fold::kMin>(p, count, nan);
+  mx = fold<Fold::kMax>(p, count, nan);
+}
+
 }  // namespace zivks::simd

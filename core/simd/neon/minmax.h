@@ -176,4 +176,63 @@ inline vec<T, 1> abs_diff(const vec<T, 1>& a, const vec<T, 1>& b) {
 // scvtf
 inline vec<float, 1> to_float(const vec<int32_t, 1>& a) { return {vcvtq_f32_s32(a.r)}; }
 
+// Folds `count` whole 128-bit vectors from p into one vector by maximum or minimum (of
+// the elements or of their absolute values, which saturate for integers), for searches
+// whose answer cannot depend on the order: `nan` is set when a NaN was met, and then
+// the lanes are unspecified; so is the sign of a zero that ties with the other zero.
+// fmax and fmin keep a NaN once met, so one test at the end finds it.
+enum class Fold { kMax, kMin, kMaxAbs, kMinAbs };
+
+namespace neon {
+template <Fold f, class R>
+inline R fold_view(R x) {
+  if constexpr (f == Fold::kMaxAbs || f == Fold::kMinAbs) {
+    if constexpr (std::is_same_v<R, float32x4_t>) return vabsq_f32(x);
+    else if constexpr (std::is_same_v<R, float64x2_t>) return vabsq_f64(x);
+    else if constexpr (std::is_same_v<R, int16x8_t>) return vqabsq_s16(x);
+    else return vqabsq_s32(x);
+  } else {
+    return x;
+  }
+}
+template <Fold f, class R>
+inline R fold_pick(R a, R x) {
+  constexpr bool kMax = f == Fold::kMax || f == Fold::kMaxAbs;
+  if constexpr (std::is_same_v<R, float32x4_t> || std::is_same_v<R, float64x2_t>)
+    return kMax ? fmax(a, x) : fmin(a, x);
+  else
+    return kMax ? imax(a, x) : imin(a, x);
+}
+template <class T>
+inline bool has_nan(const vec<T, 1>& v) {
+  if constexpr (std::is_floating_point_v<T>) return any_nan(v.r);
+  else return false;
+}
+}  // namespace neon
+
+template <Fold f, class T>
+inline vec<T, 1> fold(const T* p, int64_t count, bool& nan) {
+  constexpr int L = vec<T, 1>::kLanes;
+  auto acc = neon::fold_view<f>(load<vec<T, 1>>(p).r);
+  for (int64_t i = 1; i < count; ++i) acc = neon::fold_pick<f>(acc, neon::fold_view<f>(load<vec<T, 1>>(p + i * L).r));
+  const vec<T, 1> r{acc};
+  nan |= neon::has_nan(r);
+  return r;
+}
+
+// Both folds of the elements in one pass.
+template <class T>
+inline void fold_min_max(const T* p, int64_t count, vec<T, 1>& mn, vec<T, 1>& mx, bool& nan) {
+  constexpr int L = vec<T, 1>::kLanes;
+  auto lo = load<vec<T, 1>>(p).r, hi = lo;
+  for (int64_t i = 1; i < count; ++i) {
+    const auto x = load<vec<T, 1>>(p + i * L).r;
+    lo = neon::fold_pick<Fold::kMin>(lo, x);
+    hi = neon::fold_pick<Fold::kMax>(hi, x);
+  }
+  mn = vec<T, 1>{lo};
+  mx = vec<T, 1>{hi};
+  nan |= neon::has_nan(mn);
+}
+
 }  // namespace zivks::simd

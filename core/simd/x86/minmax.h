@@ -6,6 +6,8 @@
 // orders -0 below +0; lanes with a NaN operand get the NaN of the library's rule.
 #pragma once
 
+#include <limits>
+
 namespace zivks::simd {
 
 namespace x86 {
@@ -251,5 +253,126 @@ inline vec<T, 1> abs_diff(const vec<T, 1>& a, const vec<T, 1>& b) {
 
 // scvtf
 inline vec<float, 1> to_float(const vec<int32_t, 1>& a) { return {_mm_cvtepi32_ps(a.r)}; }
+
+// Folds `count` whole 128-bit vectors from p into one vector by maximum or minimum (of
+// the elements or of their absolute values, which saturate for integers), for searches
+// whose answer cannot depend on the order: `nan` is set when a NaN was met, and then
+// the lanes are unspecified; so is the sign of a zero that ties with the other zero.
+// The loop runs on the widest registers of the build (maxps and its kin, which keep
+// the second operand for a NaN or two zeros; the unordered test keeps the NaN).
+enum class Fold { kMax, kMin, kMaxAbs, kMinAbs };
+
+namespace x86 {
+
+template <class T, int Bytes>
+struct gvec {
+  typedef T type __attribute__((vector_size(Bytes), aligned(1), may_alias));
+  using bits = std::conditional_t<sizeof(T) == 8, int64_t, std::conditional_t<sizeof(T) == 4, int32_t,
+                                  std::conditional_t<sizeof(T) == 2, int16_t, int8_t>>>;
+  typedef bits mask __attribute__((vector_size(Bytes)));
+};
+
+template <Fold f, class T, class G>
+inline G fold_view(G x) {
+  if constexpr (f == Fold::kMaxAbs || f == Fold::kMinAbs) {
+    using I = typename gvec<T, sizeof(G)>::bits;
+    using M = typename gvec<T, sizeof(G)>::mask;
+    if constexpr (std::is_floating_point_v<T>) {
+      return reinterpret_cast<G>(reinterpret_cast<M>(x) & static_cast<I>(~(uint64_t{1} << (sizeof(T) * 8 - 1))));
+    } else {
+      using U = std::make_unsigned_t<T>;
+      typedef U UG __attribute__((vector_size(sizeof(G))));
+      const G a = x < 0 ? -x : x;  // the most negative value stays, read unsigned one too far
+      const UG ua = reinterpret_cast<UG>(a);
+      const UG top = UG{} + static_cast<U>(std::numeric_limits<T>::max());
+      return reinterpret_cast<G>(ua < top ? ua : top);
+    }
+  } else {
+    return x;
+  }
+}
+
+template <Fold f, class G>
+inline G fold_pick(G acc, G x) {
+  if constexpr (f == Fold::kMax || f == Fold::kMaxAbs) return x > acc ? x : acc;
+  else return x < acc ? x : acc;
+}
+
+// Folds into one accumulator per fold of `fs` (one or two), K registers of Bytes at a
+// time, then the blocks of the wide registers into one, then the vectors left over.
+template <class T, int Bytes, Fold... fs>
+inline void fold_wide(const T* p, int64_t count, typename gvec<T, 16>::mask& nan,
+                      typename gvec<T, 16>::type* out) {
+  using G = typename gvec<T, Bytes>::type;
+  using M = typename gvec<T, Bytes>::mask;
+  using G1 = typename gvec<T, 16>::type;
+  using M1 = typename gvec<T, 16>::mask;
+  constexpr int kPer = Bytes / 16;
+  constexpr int L = 16 / sizeof(T);
+  const G first = *reinterpret_cast<const G*>(p);
+  G acc[] = {fold_view<fs, T>(first)...};
+  M nanm{};
+  int64_t i = 0;
+  for (; i + kPer <= count; i += kPer) {
+    const G x = *reinterpret_cast<const G*>(p + i * L);
+    if constexpr (std::is_floating_point_v<T>) nanm |= x != x;
+    int k = 0;
+    ((acc[k] = fold_pick<fs>(acc[k], fold_view<fs, T>(x)), ++k), ...);
+  }
+  for (int k = 0; k < kPer; ++k) {
+    M1 n1;
+    memcpy(&n1, reinterpret_cast<const char*>(&nanm) + 16 * k, 16);
+    nan |= n1;
+  }
+  int a = 0;
+  (([&] {
+     G1 r;
+     memcpy(&r, &acc[a], 16);
+     for (int k = 1; k < kPer; ++k) {
+       G1 b;
+       memcpy(&b, reinterpret_cast<const char*>(&acc[a]) + 16 * k, 16);
+       r = fold_pick<fs>(r, b);
+     }
+     out[a++] = r;
+   }()),
+   ...);
+  for (; i < count; ++i) {
+    const G1 x = *reinterpret_cast<const G1*>(p + i * L);
+    if constexpr (std::is_floating_point_v<T>) nan |= x != x;
+    int k = 0;
+    ((out[k] = fold_pick<fs>(out[k], fold_view<fs, T>(x)), ++k), ...);
+  }
+}
+
+}  // namespace x86
+
+namespace x86 {
+template <class T, Fold... fs>
+inline void fold(const T* p, int64_t count, bool& nan, vec<T, 1>* out) {
+  typename gvec<T, 16>::mask m{};
+  typename gvec<T, 16>::type r[sizeof...(fs)];
+  if (count >= kWide) fold_wide<T, 16 * kWide, fs...>(p, count, m, r);
+  else fold_wide<T, 16, fs...>(p, count, m, r);
+  const typename gvec<T, 16>::mask zero{};
+  nan |= memcmp(&m, &zero, 16) != 0;
+  memcpy(out, r, sizeof r);
+}
+}  // namespace x86
+
+template <Fold f, class T>
+inline vec<T, 1> fold(const T* p, int64_t count, bool& nan) {
+  vec<T, 1> r;
+  x86::fold<T, f>(p, count, nan, &r);
+  return r;
+}
+
+// Both folds of the elements in one pass.
+template <class T>
+inline void fold_min_max(const T* p, int64_t count, vec<T, 1>& mn, vec<T, 1>& mx, bool& nan) {
+  vec<T, 1> r[2];
+  x86::fold<T, Fold::kMin, Fold::kMax>(p, count, nan, r);
+  mn = r[0];
+  mx = r[1];
+}
 
 }  // namespace zivks::simd
