@@ -20,11 +20,19 @@ inline bool is_nan(T x) {
   else return false;
 }
 
-enum class Mix { kAny, kTies, kNoNaN };
+enum class Mix { kAny, kTies, kNoNaN, kFewNaN };
+inline constexpr Mix kMixes[] = {Mix::kAny, Mix::kTies, Mix::kNoNaN, Mix::kFewNaN};
+
+// The usual lengths and a few that span several of the chunks a long search works in.
+inline std::vector<int> lengths() {
+  std::vector<int> v = zt::test_lengths();
+  for (int n : {1000, 2100, 4500}) v.push_back(n);
+  return v;
+}
 
 // kAny: any values (floats with NaN, infinities, zeros of both signs, denormals);
 // kTies: few distinct values, extremes and both zeros among them, so ties are common;
-// kNoNaN: like kAny without NaN.
+// kNoNaN: like kAny without NaN; kFewNaN: the same with a NaN or two, or none.
 template <class T>
 void fill(T* p, int n, zt::Rng& rng, Mix mix) {
   zt::fill_random(p, n, rng);
@@ -39,9 +47,12 @@ void fill(T* p, int n, zt::Rng& rng, Mix mix) {
       std::copy(v, v + 8, pool);
     }
     for (int i = 0; i < n; ++i) p[i] = pool[rng() % 8];
-  } else if (mix == Mix::kNoNaN) {
+  } else if (mix == Mix::kNoNaN || mix == Mix::kFewNaN) {
     for (int i = 0; i < n; ++i)
       while (is_nan(p[i])) p[i] = zt::special_float<T>(rng);
+    if constexpr (kFloat<T>)
+      if (mix == Mix::kFewNaN)
+        for (int k = static_cast<int>(rng() % 3); k > 0; --k) p[rng() % n] = std::numeric_limits<T>::quiet_NaN();
   }
 }
 
