@@ -27,8 +27,8 @@ void keep(T v) {
 #define ZB_MINMAX(code, T)                                                                      \
   ZB_FUNC(extreme_positions, ZIVKS_MinMaxIndx_##code, T, kMemcpy, 0,                            \
           [](auto fn, const zb::Arrays& a, int32_t n) {                                         \
-            T lo, hi;                                                                           \
-            int32_t i, j;                                                                       \
+            T lo; T hi;                                                                         \
+            int32_t i; int32_t j;                                                                       \
             fn(a.src<T>(0), n, &lo, &i, &hi, &j);                                               \
             keep(i + j);                                                                        \
           })

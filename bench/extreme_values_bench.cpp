@@ -38,7 +38,8 @@ void keep(T v) {
 #define ZB_MINMAX(code, T)                                                                      \
   ZB_FUNC(extreme_values, ZIVKS_MinMax_##code, T, kMemcpy, 0,                                   \
           [](auto fn, const zb::Arrays& a, int32_t n) {                                         \
-            T lo, hi;                                                                           \
+            T lo;                                                                               \
+            T hi;                                                                               \
             fn(a.src<T>(0), n, &lo, &hi);                                                       \
             keep(lo);                                                                           \
             keep(hi);                                                                           \

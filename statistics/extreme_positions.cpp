@@ -59,14 +59,10 @@ struct Search {
   void chunk(const T* src, int64_t b, int64_t e, const V<T>& folded) {
     const T m = reduce<d>(folded);
     if (!beats<d>(m, best)) return;
-    for (; b < e; b += kBlock<T>) {
-      const T mb = block_value(src + b);
-      if (mb == m) {
-        best = mb;
-        at = b;
-        return;
-      }
-    }
+    // The first block with a lane equal to m is the first whose extreme equals it.
+    const int64_t v = simd::first_equal<kFold>(src + b, (e - b) / kLanes<T>, m);
+    at = b + v / 2 * kBlock<T>;
+    best = block_value(src + at);
   }
   void lane_walk(const T* src) {
     int l = 0;

@@ -246,4 +246,21 @@ inline void fold_min_max(const T* p, int64_t count, vec<T, 1>& mn, vec<T, 1>& mx
   mx = fold<Fold::kMax>(p, count, nan);
 }
 
+// The first of `count` whole vectors from p that has a lane equal to x, after the view
+// of the fold f (absolute values or not); -1 if none. The compare is ordered: NaN
+// equals nothing, -0 equals +0. (fcmeq + umaxv per vector)
+template <Fold f, class T>
+inline int64_t first_equal(const T* p, int64_t count, T x) {
+  constexpr int L = vec<T, 1>::kLanes;
+  for (int64_t i = 0; i < count * L; ++i) {
+    T y = p[i];
+    if constexpr (f == Fold::kMaxAbs || f == Fold::kMinAbs) {
+      if constexpr (std::is_floating_point_v<T>) y = lane::abs_float(y);
+      else y = lane::abs_sat(y);
+    }
+    if (y == x) return i / L;
+  }
+  return -1;
+}
+
 }  // namespace zivks::simd

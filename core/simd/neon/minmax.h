@@ -203,6 +203,15 @@ inline R fold_pick(R a, R x) {
   else
     return kMax ? imax(a, x) : imin(a, x);
 }
+inline bool any_equal(float32x4_t a, float32x4_t b) { return vmaxvq_u32(vceqq_f32(a, b)) != 0; }
+inline bool any_equal(float64x2_t a, float64x2_t b) {
+  return vmaxvq_u32(vreinterpretq_u32_u64(vceqq_f64(a, b))) != 0;
+}
+inline bool any_equal(uint8x16_t a, uint8x16_t b) { return vmaxvq_u8(vceqq_u8(a, b)) != 0; }
+inline bool any_equal(uint16x8_t a, uint16x8_t b) { return vmaxvq_u16(vceqq_u16(a, b)) != 0; }
+inline bool any_equal(uint32x4_t a, uint32x4_t b) { return vmaxvq_u32(vceqq_u32(a, b)) != 0; }
+inline bool any_equal(int16x8_t a, int16x8_t b) { return vmaxvq_u16(vceqq_s16(a, b)) != 0; }
+inline bool any_equal(int32x4_t a, int32x4_t b) { return vmaxvq_u32(vceqq_s32(a, b)) != 0; }
 template <class T>
 inline bool has_nan(const vec<T, 1>& v) {
   if constexpr (std::is_floating_point_v<T>) return any_nan(v.r);
@@ -233,6 +242,20 @@ inline void fold_min_max(const T* p, int64_t count, vec<T, 1>& mn, vec<T, 1>& mx
   mn = vec<T, 1>{lo};
   mx = vec<T, 1>{hi};
   nan |= neon::has_nan(mn);
+}
+
+// The first of `count` whole vectors from p that has a lane equal to x, after the view
+// of the fold f (absolute values or not); -1 if none. The compare is ordered: NaN
+// equals nothing, -0 equals +0. (fcmeq + umaxv per vector)
+template <Fold f, class T>
+inline int64_t first_equal(const T* p, int64_t count, T x) {
+  constexpr int L = vec<T, 1>::kLanes;
+  const auto xv = splat<vec<T, 1>>(x).r;
+  for (int64_t i = 0; i < count; ++i) {
+    const auto y = neon::fold_view<f>(load<vec<T, 1>>(p + i * L).r);
+    if (neon::any_equal(y, xv)) return i;
+  }
+  return -1;
 }
 
 }  // namespace zivks::simd

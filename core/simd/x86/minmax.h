@@ -63,17 +63,41 @@ template <class V>
 
 }  // namespace x86
 
+namespace x86 {
+#if defined(__AVX512DQ__) && defined(__AVX512VL__)
+// vrangeps/pd: the maximum (imm 5) or minimum (imm 4), the sign of the value chosen,
+// -0 below +0, in one step.
+inline __m128 max_exact(__m128 a, __m128 b) { return _mm_range_ps(a, b, 5); }
+inline __m128d max_exact(__m128d a, __m128d b) { return _mm_range_pd(a, b, 5); }
+inline __m256 max_exact(__m256 a, __m256 b) { return _mm256_range_ps(a, b, 5); }
+inline __m256d max_exact(__m256d a, __m256d b) { return _mm256_range_pd(a, b, 5); }
+inline __m512 max_exact(__m512 a, __m512 b) { return _mm512_maskz_range_ps(__mmask16(0xFFFF), a, b, 5); }
+inline __m512d max_exact(__m512d a, __m512d b) { return _mm512_maskz_range_pd(__mmask8(0xFF), a, b, 5); }
+inline __m128 min_exact(__m128 a, __m128 b) { return _mm_range_ps(a, b, 4); }
+inline __m128d min_exact(__m128d a, __m128d b) { return _mm_range_pd(a, b, 4); }
+inline __m256 min_exact(__m256 a, __m256 b) { return _mm256_range_ps(a, b, 4); }
+inline __m256d min_exact(__m256d a, __m256d b) { return _mm256_range_pd(a, b, 4); }
+inline __m512 min_exact(__m512 a, __m512 b) { return _mm512_maskz_range_ps(__mmask16(0xFFFF), a, b, 4); }
+inline __m512d min_exact(__m512d a, __m512d b) { return _mm512_maskz_range_pd(__mmask8(0xFF), a, b, 4); }
+#else
+template <class R>
+inline R max_exact(R a, R b) { return and_raw(max_raw(a, b), max_raw(b, a)); }
+template <class R>
+inline R min_exact(R a, R b) { return or_raw(min_raw(a, b), min_raw(b, a)); }
+#endif
+}  // namespace x86
+
 // fmax
 template <class T, int K>
 inline vec<T, K> max_propagating(const vec<T, K>& a, const vec<T, K>& b) {
-  vec<T, K> r{x86::and_raw(x86::max_raw(a.r, b.r), x86::max_raw(b.r, a.r))};
+  vec<T, K> r{x86::max_exact(a.r, b.r)};
   return __builtin_expect(x86::any_unordered(a.r, b.r), 0) ? x86::nan_operand_lanes(r, a, b) : r;
 }
 
 // fmin
 template <class T, int K>
 inline vec<T, K> min_propagating(const vec<T, K>& a, const vec<T, K>& b) {
-  vec<T, K> r{x86::or_raw(x86::min_raw(a.r, b.r), x86::min_raw(b.r, a.r))};
+  vec<T, K> r{x86::min_exact(a.r, b.r)};
   return __builtin_expect(x86::any_unordered(a.r, b.r), 0) ? x86::nan_operand_lanes(r, a, b) : r;
 }
 
@@ -373,6 +397,24 @@ inline void fold_min_max(const T* p, int64_t count, vec<T, 1>& mn, vec<T, 1>& mx
   x86::fold<T, Fold::kMin, Fold::kMax>(p, count, nan, r);
   mn = r[0];
   mx = r[1];
+}
+
+// The first of `count` whole vectors from p that has a lane equal to x, after the view
+// of the fold f (absolute values or not); -1 if none. The compare is ordered: NaN
+// equals nothing, -0 equals +0. (fcmeq + umaxv per vector)
+template <Fold f, class T>
+inline int64_t first_equal(const T* p, int64_t count, T x) {
+  using G = typename x86::gvec<T, 16>::type;
+  using M = typename x86::gvec<T, 16>::mask;
+  const G xv = G{} + x;
+  for (int64_t i = 0; i < count; ++i) {
+    const G y = x86::fold_view<f, T>(*reinterpret_cast<const G*>(p + i * (16 / sizeof(T))));
+    const M eq = y == xv;
+    __m128i e;
+    memcpy(&e, &eq, 16);
+    if (!_mm_testz_si128(e, e)) return i;
+  }
+  return -1;
 }
 
 }  // namespace zivks::simd
