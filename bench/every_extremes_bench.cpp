@@ -57,8 +57,8 @@ ZB_FUNC(every_extremes, ZIVKS_ReplaceNAN_32f_I, float, kMemcpy, 0.8,
         [](auto fn, const zb::Arrays& a, int32_t n) { fn(0.0f, a.dst<float>(0), n); });
 ZB_FUNC(every_extremes, ZIVKS_ReplaceNAN_64f_I, double, kMemcpy, 0.8,
         [](auto fn, const zb::Arrays& a, int32_t n) { fn(0.0, a.dst<double>(0), n); });
-// A table of 256 ascending entries, made from the first source's words.
-ZB_FUNC(every_extremes, ZIVKS_FindNearest_16u, uint16_t, kMemcpy, 0,
+// A table of 256 ascending entries; the widest output, the indices, sets the sizes.
+ZB_FUNC(every_extremes, ZIVKS_FindNearest_16u, int32_t, kMemcpy, 0,
         [](auto fn, const zb::Arrays& a, int32_t n) {
           static uint16_t table[256];
           for (int i = 0; i < 256; ++i) table[i] = static_cast<uint16_t>(i * 256 + 7);

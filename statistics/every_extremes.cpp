@@ -36,10 +36,10 @@ ZIVKStatus every_float(const T* src1, const T* src2, T* dst, int32_t len) {
 template <Dir d, class T>
 ZIVKStatus every_int_i(const T* src, T* srcDst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src, srcDst)) return st;
-  for_single_blocks<kBlock<T>>(
+  for_blocks<kBlock<T>>(
       len,
-      [&](int64_t i, auto) {
-        using V = simd::vec<T, 1>;
+      [&](int64_t i, auto w) {
+        using V = simd::vec<T, decltype(w)::value>;
         const V a = simd::load<V>(src + i), b = simd::load<V>(srcDst + i);
         simd::store(srcDst + i, d == Dir::kMax ? simd::max(a, b) : simd::min(a, b));
       },

@@ -52,9 +52,10 @@ inline bool any_unordered(__m512 a, __m512 b) { return _mm512_cmp_ps_mask(a, b, 
 inline bool any_unordered(__m512d a, __m512d b) { return _mm512_cmp_pd_mask(a, b, _CMP_UNORD_Q) != 0; }
 #endif
 
-// Lanes with a NaN operand get the NaN of the rule.
+// Lanes with a NaN operand get the NaN of the rule. The operands come by value, so
+// that the hot loop need not keep them in memory for this rare call.
 template <class V>
-[[gnu::cold, gnu::noinline]] V nan_operand_lanes(const V& r, const V& a, const V& b) {
+[[gnu::cold, gnu::noinline]] V nan_operand_lanes(V r, V a, V b) {
   lanes<V> lr(r), la(a), lb(b);
   for (int i = 0; i < V::kLanes; ++i)
     if (fp::is_nan(la.v[i]) || fp::is_nan(lb.v[i])) lr.v[i] = fp::nan_of(la.v[i], lb.v[i]);
@@ -101,11 +102,26 @@ inline vec<T, K> min_propagating(const vec<T, K>& a, const vec<T, K>& b) {
   return __builtin_expect(x86::any_unordered(a.r, b.r), 0) ? x86::nan_operand_lanes(r, a, b) : r;
 }
 
+namespace x86 {
+// Integer maximum or minimum over the lanes of a wide register (vpmax / vpmin).
+template <bool kMax, class T, int K>
+inline vec<T, K> wide_pick(const vec<T, K>& a, const vec<T, K>& b) {
+  typedef T G __attribute__((vector_size(16 * K)));
+  G x, y;
+  memcpy(&x, &a.r, sizeof x);
+  memcpy(&y, &b.r, sizeof y);
+  const G r = kMax ? (x > y ? x : y) : (x < y ? x : y);
+  vec<T, K> v;
+  memcpy(&v.r, &r, sizeof r);
+  return v;
+}
+}  // namespace x86
+
 // smax / umax
 template <class T, int K>
 inline vec<T, K> max(const vec<T, K>& a, const vec<T, K>& b) {
-  static_assert(K == 1, "one block");
-  if constexpr (std::is_same_v<T, uint8_t>) return {_mm_max_epu8(a.r, b.r)};
+  if constexpr (K > 1) return x86::wide_pick<true>(a, b);
+  else if constexpr (std::is_same_v<T, uint8_t>) return {_mm_max_epu8(a.r, b.r)};
   else if constexpr (std::is_same_v<T, uint16_t>) return {_mm_max_epu16(a.r, b.r)};
   else if constexpr (std::is_same_v<T, uint32_t>) return {_mm_max_epu32(a.r, b.r)};
   else if constexpr (std::is_same_v<T, int16_t>) return {_mm_max_epi16(a.r, b.r)};
@@ -118,8 +134,8 @@ inline vec<T, K> max(const vec<T, K>& a, const vec<T, K>& b) {
 // smin / umin
 template <class T, int K>
 inline vec<T, K> min(const vec<T, K>& a, const vec<T, K>& b) {
-  static_assert(K == 1, "one block");
-  if constexpr (std::is_same_v<T, uint8_t>) return {_mm_min_epu8(a.r, b.r)};
+  if constexpr (K > 1) return x86::wide_pick<false>(a, b);
+  else if constexpr (std::is_same_v<T, uint8_t>) return {_mm_min_epu8(a.r, b.r)};
   else if constexpr (std::is_same_v<T, uint16_t>) return {_mm_min_epu16(a.r, b.r)};
   else if constexpr (std::is_same_v<T, uint32_t>) return {_mm_min_epu32(a.r, b.r)};
   else if constexpr (std::is_same_v<T, int16_t>) return {_mm_min_epi16(a.r, b.r)};
