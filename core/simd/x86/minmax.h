@@ -322,8 +322,9 @@ inline G fold_view(G x) {
     } else {
       using U = std::make_unsigned_t<T>;
       typedef U UG __attribute__((vector_size(sizeof(G))));
-      const G a = x < 0 ? -x : x;  // the most negative value stays, read unsigned one too far
-      const UG ua = reinterpret_cast<UG>(a);
+      // Negated unsigned, the most negative value stays one above the most positive.
+      const UG ux = reinterpret_cast<UG>(x);
+      const UG ua = x < 0 ? UG{} - ux : ux;
       const UG top = UG{} + static_cast<U>(std::numeric_limits<T>::max());
       return reinterpret_cast<G>(ua < top ? ua : top);
     }
