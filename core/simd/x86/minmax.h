@@ -333,10 +333,25 @@ inline G fold_view(G x) {
   }
 }
 
+// maxps(x, acc) is "x > acc ? x : acc"; integers use the same rule, which the compiler
+// turns into pmax/pmin.
 template <Fold f, class G>
 inline G fold_pick(G acc, G x) {
-  if constexpr (f == Fold::kMax || f == Fold::kMaxAbs) return x > acc ? x : acc;
-  else return x < acc ? x : acc;
+  constexpr bool kMax = f == Fold::kMax || f == Fold::kMaxAbs;
+  using E = std::remove_reference_t<decltype(x[0])>;
+  if constexpr (std::is_floating_point_v<E>) {
+    using R = typename reg<E, static_cast<int>(sizeof(G) / 16)>::type;
+    R a, b;
+    memcpy(&a, &acc, sizeof a);
+    memcpy(&b, &x, sizeof b);
+    const R r = kMax ? max_raw(b, a) : min_raw(b, a);
+    G g;
+    memcpy(&g, &r, sizeof g);
+    return g;
+  } else {
+    if constexpr (kMax) return x > acc ? x : acc;
+    else return x < acc ? x : acc;
+  }
 }
 
 // Folds into one accumulator per fold of `fs` (one or two), K registers of Bytes at a
@@ -352,13 +367,27 @@ inline void fold_wide(const T* p, int64_t count, typename gvec<T, 16>::mask& nan
   constexpr int L = 16 / sizeof(T);
   const G first = *reinterpret_cast<const G*>(p);
   G acc[] = {fold_view<fs, T>(first)...};
+  G acc2[] = {fold_view<fs, T>(first)...};  // a second chain, so that loads need not wait
   M nanm{};
   int64_t i = 0;
+  for (; i + 2 * kPer <= count; i += 2 * kPer) {
+    const G x = *reinterpret_cast<const G*>(p + i * L);
+    const G y = *reinterpret_cast<const G*>(p + (i + kPer) * L);
+    if constexpr (std::is_floating_point_v<T>) nanm |= (x != x) | (y != y);
+    int k = 0;
+    ((acc[k] = fold_pick<fs>(acc[k], fold_view<fs, T>(x)),
+      acc2[k] = fold_pick<fs>(acc2[k], fold_view<fs, T>(y)), ++k),
+     ...);
+  }
   for (; i + kPer <= count; i += kPer) {
     const G x = *reinterpret_cast<const G*>(p + i * L);
     if constexpr (std::is_floating_point_v<T>) nanm |= x != x;
     int k = 0;
     ((acc[k] = fold_pick<fs>(acc[k], fold_view<fs, T>(x)), ++k), ...);
+  }
+  {
+    int k = 0;
+    ((acc[k] = fold_pick<fs>(acc[k], acc2[k]), ++k), ...);
   }
   for (int k = 0; k < kPer; ++k) {
     M1 n1;
