@@ -3,8 +3,9 @@
 include(CMakePackageConfigHelpers)
 
 install(TARGETS zivks_base zivk_core EXPORT zivksTargets
-  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-  PUBLIC_HEADER DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(FILES ${PROJECT_SOURCE_DIR}/include/zivks.h ${PROJECT_SOURCE_DIR}/include/zivk_core.h
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(EXPORT zivksTargets NAMESPACE zivks:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/zivks)
 
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/zivksConfig.cmake.in
@@ -15,5 +16,7 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/zivksConfigVersion.cmake
 install(FILES ${PROJECT_BINARY_DIR}/zivksConfig.cmake ${PROJECT_BINARY_DIR}/zivksConfigVersion.cmake
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/zivks)
 
+# Relocatable: the prefix is found from where the .pc file lies.
+file(RELATIVE_PATH ZIVKS_PC_TO_PREFIX "/p/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/p")
 configure_file(${PROJECT_SOURCE_DIR}/cmake/zivks.pc.in ${PROJECT_BINARY_DIR}/zivks.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/zivks.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

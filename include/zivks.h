@@ -173,6 +173,128 @@ ZIVKS_API ZIVKStatus ZIVKS_SubCRev_32fc_I(ZIVK32fc val, ZIVK32fc* srcDst, int32_
 ZIVKS_API ZIVKStatus ZIVKS_SubCRev_64fc(const ZIVK64fc* src, ZIVK64fc val, ZIVK64fc* dst, int32_t len);
 ZIVKS_API ZIVKStatus ZIVKS_SubCRev_64fc_I(ZIVK64fc val, ZIVK64fc* srcDst, int32_t len);
 
+/* ---- Logical operations ----------------------------------------------------------
+ * Element-wise on unsigned 8-, 16- and 32-bit elements: And, Or, Xor of two arrays
+ * (dst = src1 op src2), of an array and a constant (dst = src op val), and Not. The
+ * in-place forms call their twin with srcDst for the source and the destination. Not
+ * has an in-place form for 8-bit elements only. */
+ZIVKS_API ZIVKStatus ZIVKS_And_8u(const uint8_t* src1, const uint8_t* src2, uint8_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_And_8u_I(const uint8_t* src, uint8_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Or_8u(const uint8_t* src1, const uint8_t* src2, uint8_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Or_8u_I(const uint8_t* src, uint8_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Xor_8u(const uint8_t* src1, const uint8_t* src2, uint8_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Xor_8u_I(const uint8_t* src, uint8_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_AndC_8u(const uint8_t* src, uint8_t val, uint8_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_AndC_8u_I(uint8_t val, uint8_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_OrC_8u(const uint8_t* src, uint8_t val, uint8_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_OrC_8u_I(uint8_t val, uint8_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_XorC_8u(const uint8_t* src, uint8_t val, uint8_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_XorC_8u_I(uint8_t val, uint8_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Not_8u(const uint8_t* src, uint8_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Not_8u_I(uint8_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_And_16u(const uint16_t* src1, const uint16_t* src2, uint16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_And_16u_I(const uint16_t* src, uint16_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Or_16u(const uint16_t* src1, const uint16_t* src2, uint16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Or_16u_I(const uint16_t* src, uint16_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Xor_16u(const uint16_t* src1, const uint16_t* src2, uint16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Xor_16u_I(const uint16_t* src, uint16_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_AndC_16u(const uint16_t* src, uint16_t val, uint16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_AndC_16u_I(uint16_t val, uint16_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_OrC_16u(const uint16_t* src, uint16_t val, uint16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_OrC_16u_I(uint16_t val, uint16_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_XorC_16u(const uint16_t* src, uint16_t val, uint16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_XorC_16u_I(uint16_t val, uint16_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Not_16u(const uint16_t* src, uint16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_And_32u(const uint32_t* src1, const uint32_t* src2, uint32_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_And_32u_I(const uint32_t* src, uint32_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Or_32u(const uint32_t* src1, const uint32_t* src2, uint32_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Or_32u_I(const uint32_t* src, uint32_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Xor_32u(const uint32_t* src1, const uint32_t* src2, uint32_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Xor_32u_I(const uint32_t* src, uint32_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_AndC_32u(const uint32_t* src, uint32_t val, uint32_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_AndC_32u_I(uint32_t val, uint32_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_OrC_32u(const uint32_t* src, uint32_t val, uint32_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_OrC_32u_I(uint32_t val, uint32_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_XorC_32u(const uint32_t* src, uint32_t val, uint32_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_XorC_32u_I(uint32_t val, uint32_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Not_32u(const uint32_t* src, uint32_t* dst, int32_t len);
+
+/* ---- Shifts by a constant -----------------------------------------------------------
+ * Every element shifted by shift (status 19 when negative, checked after the pointers
+ * and len). Left shifts keep the low bits and wrap, also for signed elements; right
+ * shifts are logical for unsigned and arithmetic for signed elements. A count of 0
+ * copies. A count at or above the element width zeroes dst without reading src, except
+ * in RShiftC_16s and RShiftC_32s, which shift by width - 1 instead. The in-place forms
+ * check srcDst and len, return 0 at once for a count of 0, and otherwise call their twin. */
+ZIVKS_API ZIVKStatus ZIVKS_LShiftC_8u(const uint8_t* src, int32_t shift, uint8_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_LShiftC_8u_I(int32_t shift, uint8_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_LShiftC_16u(const uint16_t* src, int32_t shift, uint16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_LShiftC_16u_I(int32_t shift, uint16_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_LShiftC_16s(const int16_t* src, int32_t shift, int16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_LShiftC_16s_I(int32_t shift, int16_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_LShiftC_32s(const int32_t* src, int32_t shift, int32_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_LShiftC_32s_I(int32_t shift, int32_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_RShiftC_8u(const uint8_t* src, int32_t shift, uint8_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_RShiftC_8u_I(int32_t shift, uint8_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_RShiftC_16u(const uint16_t* src, int32_t shift, uint16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_RShiftC_16u_I(int32_t shift, uint16_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_RShiftC_16s(const int16_t* src, int32_t shift, int16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_RShiftC_16s_I(int32_t shift, int16_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_RShiftC_32s(const int32_t* src, int32_t shift, int32_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_RShiftC_32s_I(int32_t shift, int32_t* srcDst, int32_t len);
+/* ---- Flip and byte swapping ------------------------------------------------------
+ * Flip reverses the order of the elements (dst[len - 1 - i] = src[i]); a complex
+ * element keeps its re and im. ZIVKS_Flip_8u_I and ZIVKS_Flip_16u_I exchange 64-bit
+ * blocks from the two ends in fixed rounds and are not reversals where len mod 16
+ * (8u) lies from 9 to 14 or len mod 8 (16u) is 5 or 6; the other flips reverse at
+ * every length. SwapBytes reverses the bytes of each element; a 24u element is a
+ * packed three-byte sample, len counts samples, and the middle byte stays.
+ * SwapBytes_16u_I, _32u_I and _64u_I are their twin called as (srcDst, srcDst, len). */
+ZIVKS_API ZIVKStatus ZIVKS_Flip_8u(const uint8_t* src, uint8_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Flip_16u(const uint16_t* src, uint16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Flip_32f(const float* src, float* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Flip_64f(const double* src, double* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Flip_32fc(const ZIVK32fc* src, ZIVK32fc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Flip_64fc(const ZIVK64fc* src, ZIVK64fc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Flip_8u_I(uint8_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Flip_16u_I(uint16_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Flip_32f_I(float* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Flip_64f_I(double* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Flip_32fc_I(ZIVK32fc* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Flip_64fc_I(ZIVK64fc* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_SwapBytes_16u(const uint16_t* src, uint16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_SwapBytes_24u(const uint8_t* src, uint8_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_SwapBytes_32u(const uint32_t* src, uint32_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_SwapBytes_64u(const uint64_t* src, uint64_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_SwapBytes_16u_I(uint16_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_SwapBytes_24u_I(uint8_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_SwapBytes_32u_I(uint32_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_SwapBytes_64u_I(uint64_t* srcDst, int32_t len);
+
+/* ---- Complex split, merge and conjugate --------------------------------------------
+ * Real and Imag take one part of every element, CplxToReal both (neither output may
+ * be null). RealToCplx joins two arrays into elements; one of srcRe and srcIm may be
+ * null and then stands for zeros (+0.0 for floats), which are written. Parts are
+ * copied as raw bits. Conj copies re and negates im: int16 with saturation (-32768
+ * becomes 32767), floats by flipping the sign bit (a NaN keeps its payload). */
+ZIVKS_API ZIVKStatus ZIVKS_Real_16sc(const ZIVK16sc* src, int16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Real_32fc(const ZIVK32fc* src, float* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Real_64fc(const ZIVK64fc* src, double* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Imag_16sc(const ZIVK16sc* src, int16_t* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Imag_32fc(const ZIVK32fc* src, float* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Imag_64fc(const ZIVK64fc* src, double* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_CplxToReal_16sc(const ZIVK16sc* src, int16_t* dstRe, int16_t* dstIm, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_CplxToReal_32fc(const ZIVK32fc* src, float* dstRe, float* dstIm, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_CplxToReal_64fc(const ZIVK64fc* src, double* dstRe, double* dstIm, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_RealToCplx_16s(const int16_t* srcRe, const int16_t* srcIm, ZIVK16sc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_RealToCplx_32f(const float* srcRe, const float* srcIm, ZIVK32fc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_RealToCplx_64f(const double* srcRe, const double* srcIm, ZIVK64fc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Conj_16sc(const ZIVK16sc* src, ZIVK16sc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Conj_32fc(const ZIVK32fc* src, ZIVK32fc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Conj_64fc(const ZIVK64fc* src, ZIVK64fc* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Conj_16sc_I(ZIVK16sc* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Conj_32fc_I(ZIVK32fc* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_Conj_64fc_I(ZIVK64fc* srcDst, int32_t len);
 /* ---- Extreme values ------------------------------------------------------------
  * The smallest or largest element, or absolute value, without its position. Blocks of
  * two 128-bit vectors are folded into an accumulator, then the tail is tested one

@@ -91,17 +91,35 @@ struct lanes {
 // Streaming read hint for the first cache level (prfm pldl1strm); never faults.
 inline void prefetch_stream(const void* p) { __builtin_prefetch(p, 0, 0); }
 
+// Streaming read hint for the second cache level (prfm pldl2strm); never faults.
+inline void prefetch_stream_l2(const void* p) {
+#if defined(__aarch64__)
+  __asm__ volatile("prfm pldl2strm, [%0]" : : "r"(p));
+#else
+  __builtin_prefetch(p, 0, 2);
+#endif
+}
+
 }  // namespace zivks::simd
 
 #include "core/simd/nan_rule.h"
 
 #if defined(ZIVKS_BACKEND_NEON)
 #include "core/simd/neon/float_arith.h"
+#include "core/simd/neon/bitwise.h"
+#include "core/simd/neon/shuffle.h"
+#include "core/simd/neon/negate.h"
 #include "core/simd/neon/minmax.h"
 #elif defined(ZIVKS_BACKEND_X86)
 #include "core/simd/x86/float_arith.h"
+#include "core/simd/x86/bitwise.h"
+#include "core/simd/x86/shuffle.h"
+#include "core/simd/x86/negate.h"
 #include "core/simd/x86/minmax.h"
 #else
 #include "core/simd/generic/float_arith.h"
+#include "core/simd/generic/bitwise.h"
+#include "core/simd/generic/shuffle.h"
+#include "core/simd/generic/negate.h"
 #include "core/simd/generic/minmax.h"
 #endif

@@ -169,8 +169,10 @@ TYPED_TEST(FloatMembers, MatchesOracleEverywhere) {
         ASSERT_EQ(m.fn(a.data() + i, b.data() + i, v, one.data(), 1), 0);
         EXPECT_TRUE(zt::same_bits(one[0], d[i])) << m.name << " element " << i << " alone";
       }
-      if (m.twin(a.data(), b.data(), v, t.data(), len) != -1)
-        EXPECT_EQ(zt::first_difference(t.data(), d.data(), len), -1) << m.name << " generic backend, len " << len;
+      if (m.twin(a.data(), b.data(), v, t.data(), len) != -1) {
+        EXPECT_EQ(zt::first_difference(t.data(), d.data(), len), -1)
+            << m.name << " generic backend, len " << len;
+      }
     }
   }
 }
