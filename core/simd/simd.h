@@ -184,6 +184,7 @@ inline void prefetch_stream_l2(const void* p) {
 #include "core/simd/neon/negate.h"
 #include "core/simd/neon/int_arith.h"
 #include "core/simd/neon/convert.h"
+#include "core/simd/neon/minmax.h"
 #elif defined(ZIVKS_BACKEND_X86)
 #include "core/simd/x86/float_arith.h"
 #include "core/simd/x86/bitwise.h"
@@ -191,6 +192,7 @@ inline void prefetch_stream_l2(const void* p) {
 #include "core/simd/x86/negate.h"
 #include "core/simd/x86/int_arith.h"
 #include "core/simd/x86/convert.h"
+#include "core/simd/x86/minmax.h"
 #else
 #include "core/simd/generic/float_arith.h"
 #include "core/simd/generic/bitwise.h"
@@ -198,4 +200,5 @@ inline void prefetch_stream_l2(const void* p) {
 #include "core/simd/generic/negate.h"
 #include "core/simd/generic/int_arith.h"
 #include "core/simd/generic/convert.h"
+#include "core/simd/generic/minmax.h"
 #endif
