@@ -13,6 +13,12 @@ enum class Op { kAdd, kSub };
 // the compiler still keeps in registers.
 constexpr int kPair = 2;
 
+// Arrays larger than the second cache level go through registers of at most two blocks
+// (256 bits): where 512-bit operations are split in two halves (AMD Zen 4), these loops
+// streamed from memory faster at 256 bits, while 512 bits did better from the caches.
+constexpr int kNarrow = simd::kWide < 2 ? simd::kWide : 2;
+constexpr int64_t kNarrowBytes = int64_t{1} << 20;
+
 template <Op op, class V>
 inline V apply(const V& a, const V& b) {
   if constexpr (op == Op::kAdd) return simd::add(a, b);
@@ -51,15 +57,19 @@ template <class E>
 struct const_operand {
   using P = part_t<E>;
   simd::vec<P, 1> v1;
+  simd::vec<P, kNarrow> vn;
   simd::vec<P, simd::kWide> vw;
   P part[parts<E>::count];
   explicit const_operand(const E& val)
-      : v1(simd::repeat<simd::vec<P, 1>>(val)), vw(simd::repeat<simd::vec<P, simd::kWide>>(val)) {
+      : v1(simd::repeat<simd::vec<P, 1>>(val)),
+        vn(simd::repeat<simd::vec<P, kNarrow>>(val)),
+        vw(simd::repeat<simd::vec<P, simd::kWide>>(val)) {
     memcpy(part, &val, sizeof part);
   }
   template <class V>
   V vec(int64_t) const {
     if constexpr (V::kBlocks == 1) return v1;
+    else if constexpr (V::kBlocks == kNarrow) return vn;
     else return vw;
   }
   P at(int64_t i) const { return part[i % parts<E>::count]; }
@@ -111,7 +121,12 @@ void map(const A& a_in, const C& b_in, E* dst, int32_t len) {
       if (__builtin_expect(simd::any_nan(r0, r1), 0)) redo_step<op>(d + at(0), x0, y0, x1, y1);
     }
   };
-  int64_t i = for_whole_block_groups<B, (kVecs < kPair ? kPair / kVecs : 1)>(len, step);
+  constexpr int kSteps = kVecs < kPair ? kPair / kVecs : 1;  // groups of blocks a step
+  int64_t i;
+  if (kNarrow < simd::kWide && int64_t{len} * static_cast<int64_t>(sizeof(E)) >= kNarrowBytes)
+    i = for_whole_block_groups<B, kSteps, kNarrow>(len, step);
+  else
+    i = for_whole_block_groups<B, kSteps>(len, step);
   for (; i < len; ++i)
     for (int k = 0; k < kParts; ++k) {
       const int64_t at = i * kParts + k;

@@ -1,4 +1,5 @@
-// Copy, Move, Set and Zero against memcpy and memset of the same bytes. Move runs
+// Copy, Move, Set and Zero against memcpy and memset of the same bytes (of zeros for
+// Zero). Move runs
 // with the destination above the source (the backward walk); Move_8u and Move_32f
 // also run the other way (the forward walk, the loop Copy has).
 #include "bench/zb.h"
@@ -23,7 +24,7 @@ E fill_value() {
           [](auto fn, const zb::Arrays& a, int32_t n) { fn(a.src<T>(0), a.dst<T>(0), n); }); \
   ZB_FUNC(copy_move_set_zero, ZIVKS_Set_##code, T, kMemset, 0.8,                          \
           [](auto fn, const zb::Arrays& a, int32_t n) { fn(fill_value<T>(), a.dst<T>(0), n); }); \
-  ZB_FUNC(copy_move_set_zero, ZIVKS_Zero_##code, T, kMemset, 0.8,                         \
+  ZB_FUNC(copy_move_set_zero, ZIVKS_Zero_##code, T, kMemsetZero, 0.8,                         \
           [](auto fn, const zb::Arrays& a, int32_t n) { fn(a.dst<T>(0), n); })
 
 ZB_MOVEMENT(8u, uint8_t);

@@ -28,8 +28,9 @@
 
 namespace zb {
 
-// What the bytes of a call are measured against.
-enum Baseline { kMemcpy, kMemset };
+// What the bytes of a call are measured against: memcpy, memset of a byte pattern
+// (0x5A), or memset of zeros (which some machines store faster than other bytes).
+enum Baseline { kMemcpy, kMemset, kMemsetZero };
 
 // Arrays shared by every case: sources src(0..kSources-1) and destinations
 // dst(0..kDests-1), each 64 MiB, 64-byte aligned, at ascending addresses

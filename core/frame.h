@@ -62,25 +62,27 @@ inline void for_blocks(int32_t len, Block&& block, Tail&& tail) {
 // blocks, so a body can test or fix several registers at once (the caller promises that
 // its result cannot depend on how blocks are grouped). Returns the index of the first
 // element left for the tail.
-template <int B, int N, class Block>
+// K, the widest registers used, is the build's widest unless the caller asks for less.
+template <int B, int N, int K = simd::kWide, class Block>
 inline int64_t for_whole_block_groups(int32_t len, Block&& block) {
+  static_assert(K >= 1 && K <= simd::kWide, "registers the build has");
   const int64_t n = block_end<B>(len);
-  constexpr int64_t kStep = int64_t{B} * simd::kWide;
+  constexpr int64_t kStep = int64_t{B} * K;
   int64_t i = 0;
-  for (; i + kStep * N <= n; i += kStep * N) block(i, simd::group<simd::kWide, N>{});
+  for (; i + kStep * N <= n; i += kStep * N) block(i, simd::group<K, N>{});
   if constexpr (N > 1) {
-    for (; i + kStep <= n; i += kStep) block(i, simd::group<simd::kWide, 1>{});
+    for (; i + kStep <= n; i += kStep) block(i, simd::group<K, 1>{});
   }
-  if constexpr (simd::kWide > 1) {
+  if constexpr (K > 1) {
     for (; i < n; i += B) block(i, simd::group<1, 1>{});
   }
   return n;
 }
 
 // Groups of whole blocks as above, then tail(i) for each remaining element in order.
-template <int B, int N, class Block, class Tail>
+template <int B, int N, int K = simd::kWide, class Block, class Tail>
 inline void for_block_groups(int32_t len, Block&& block, Tail&& tail) {
-  for (int64_t i = for_whole_block_groups<B, N>(len, block); i < len; ++i) tail(i);
+  for (int64_t i = for_whole_block_groups<B, N, K>(len, block); i < len; ++i) tail(i);
 }
 
 // One 128-bit block at a time, for loops whose result depends on the grouping.

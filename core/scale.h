@@ -122,10 +122,18 @@ inline I block(F p) {
 
 // The bounds a tail compares an unrounded p of type F with: the largest and smallest
 // I, written in F (so 2147483648.0 for int32 from float32, 2^63 for int64).
+// The first steps of every tail: p at or above hi gives hi, at or below lo gives lo (on
+// the unrounded value, with the bounds as floats of p's type), NaN gives 0. True when
+// that settled the result in *out.
 template <class I, class F>
-inline F tail_hi() { return static_cast<F>(std::numeric_limits<I>::max()); }
-template <class I, class F>
-inline F tail_lo() { return static_cast<F>(std::numeric_limits<I>::min()); }
+inline bool tail_bounds(F p, I* out) {
+  static_assert(sizeof(I) <= 4 || sizeof(F) == 8, "64-bit results come from float64");
+  if (p >= static_cast<F>(std::numeric_limits<I>::max())) *out = std::numeric_limits<I>::max();
+  else if (p <= static_cast<F>(std::numeric_limits<I>::min())) *out = std::numeric_limits<I>::min();
+  else if (p != p) *out = 0;
+  else return false;
+  return true;
+}
 
 // A scaled product p as the scalar tail makes it an I: clamp on the unrounded value,
 // then modf; a tie goes to the even integer part, anything else adds one half away from
@@ -134,10 +142,8 @@ inline F tail_lo() { return static_cast<F>(std::numeric_limits<I>::min()); }
 // 2^53 moves to its even neighbour.
 template <class I, class F>
 inline I tail(F p) {
-  static_assert(sizeof(I) <= 4 || sizeof(F) == 8, "64-bit results come from float64");
-  if (p >= tail_hi<I, F>()) return std::numeric_limits<I>::max();
-  if (p <= tail_lo<I, F>()) return std::numeric_limits<I>::min();
-  if (p != p) return 0;
+  I r;
+  if (tail_bounds(p, &r)) return r;
   double ip = 0.0;
   const double frac = modf(static_cast<double>(p), &ip);
   if (fabs(frac) == 0.5 && fmod(ip, 2.0) == 0.0) return static_cast<I>(ip);
@@ -148,10 +154,8 @@ inline I tail(F p) {
 // The tail that truncates: clamp, then drop the fraction; NaN gives 0.
 template <class I, class F>
 inline I tail_zero(F p) {
-  static_assert(sizeof(I) <= 4 || sizeof(F) == 8, "64-bit results come from float64");
-  if (p >= tail_hi<I, F>()) return std::numeric_limits<I>::max();
-  if (p <= tail_lo<I, F>()) return std::numeric_limits<I>::min();
-  if (p != p) return 0;
+  I r;
+  if (tail_bounds(p, &r)) return r;
   return static_cast<I>(static_cast<int64_t>(p));
 }
 
@@ -159,10 +163,8 @@ inline I tail_zero(F p) {
 // one half moves the integer part one step away from zero. NaN gives 0.
 template <class I, class F>
 inline I tail_away(F p) {
-  static_assert(sizeof(I) <= 4 || sizeof(F) == 8, "64-bit results come from float64");
-  if (p >= tail_hi<I, F>()) return std::numeric_limits<I>::max();
-  if (p <= tail_lo<I, F>()) return std::numeric_limits<I>::min();
-  if (p != p) return 0;
+  I r;
+  if (tail_bounds(p, &r)) return r;
   double ip = 0.0;
   const double frac = modf(static_cast<double>(p), &ip);
   if (fabs(frac) < 0.5) return static_cast<I>(static_cast<int64_t>(ip));

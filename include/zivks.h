@@ -377,6 +377,108 @@ ZIVKS_API ZIVKStatus ZIVKS_Convert_64f8s_S(const double* src, int8_t* dst, int32
 ZIVKS_API ZIVKStatus ZIVKS_Convert_64f16s_S(const double* src, int16_t* dst, int32_t len, ZIVKRoundMode rndMode, double scale);
 ZIVKS_API ZIVKStatus ZIVKS_Convert_64f32s_S(const double* src, int32_t* dst, int32_t len, ZIVKRoundMode rndMode, double scale);
 ZIVKS_API ZIVKStatus ZIVKS_Convert_64f64s_S(const double* src, int64_t* dst, int32_t len, ZIVKRoundMode rndMode, double scale);
+/* ---- Extreme values ------------------------------------------------------------
+ * The smallest or largest element, or absolute value, without its position. Blocks of
+ * two 128-bit vectors are folded into an accumulator, then the tail is tested one
+ * element at a time, strictly. Float blocks propagate NaN and order -0 below +0; the
+ * tail ignores a NaN element and keeps a NaN running value. Seeds show in the results:
+ *  - Max, Min: src[0]. MinMax: the first block (src[0] below one block).
+ *  - MaxAbs: src[0] as it stands (integers) or the smallest normal (floats), |src[0]|
+ *    below one block; MaxAbs_32s starts its blocks at element 8, so from 8 elements on
+ *    it gives the maximum of src[0] (with its sign) and |src[i]| for i >= 8.
+ *  - MinAbs: the largest finite value at every length, so the result never exceeds it.
+ * Integer absolute values saturate (-32768 counts as 32767). */
+ZIVKS_API ZIVKStatus ZIVKS_Max_16s(const int16_t* src, int32_t len, int16_t* pMax);
+ZIVKS_API ZIVKStatus ZIVKS_Max_32s(const int32_t* src, int32_t len, int32_t* pMax);
+ZIVKS_API ZIVKStatus ZIVKS_Max_32f(const float* src, int32_t len, float* pMax);
+ZIVKS_API ZIVKStatus ZIVKS_Max_64f(const double* src, int32_t len, double* pMax);
+ZIVKS_API ZIVKStatus ZIVKS_Min_16s(const int16_t* src, int32_t len, int16_t* pMin);
+ZIVKS_API ZIVKStatus ZIVKS_Min_32s(const int32_t* src, int32_t len, int32_t* pMin);
+ZIVKS_API ZIVKStatus ZIVKS_Min_32f(const float* src, int32_t len, float* pMin);
+ZIVKS_API ZIVKStatus ZIVKS_Min_64f(const double* src, int32_t len, double* pMin);
+ZIVKS_API ZIVKStatus ZIVKS_MinMax_8u(const uint8_t* src, int32_t len, uint8_t* pMin, uint8_t* pMax);
+ZIVKS_API ZIVKStatus ZIVKS_MinMax_16u(const uint16_t* src, int32_t len, uint16_t* pMin, uint16_t* pMax);
+ZIVKS_API ZIVKStatus ZIVKS_MinMax_32u(const uint32_t* src, int32_t len, uint32_t* pMin, uint32_t* pMax);
+ZIVKS_API ZIVKStatus ZIVKS_MinMax_16s(const int16_t* src, int32_t len, int16_t* pMin, int16_t* pMax);
+ZIVKS_API ZIVKStatus ZIVKS_MinMax_32s(const int32_t* src, int32_t len, int32_t* pMin, int32_t* pMax);
+ZIVKS_API ZIVKStatus ZIVKS_MinMax_32f(const float* src, int32_t len, float* pMin, float* pMax);
+ZIVKS_API ZIVKStatus ZIVKS_MinMax_64f(const double* src, int32_t len, double* pMin, double* pMax);
+ZIVKS_API ZIVKStatus ZIVKS_MaxAbs_16s(const int16_t* src, int32_t len, int16_t* pMaxAbs);
+ZIVKS_API ZIVKStatus ZIVKS_MaxAbs_32s(const int32_t* src, int32_t len, int32_t* pMaxAbs);
+ZIVKS_API ZIVKStatus ZIVKS_MaxAbs_32f(const float* src, int32_t len, float* pMaxAbs);
+ZIVKS_API ZIVKStatus ZIVKS_MaxAbs_64f(const double* src, int32_t len, double* pMaxAbs);
+ZIVKS_API ZIVKStatus ZIVKS_MinAbs_16s(const int16_t* src, int32_t len, int16_t* pMinAbs);
+ZIVKS_API ZIVKStatus ZIVKS_MinAbs_32s(const int32_t* src, int32_t len, int32_t* pMinAbs);
+ZIVKS_API ZIVKStatus ZIVKS_MinAbs_32f(const float* src, int32_t len, float* pMinAbs);
+ZIVKS_API ZIVKStatus ZIVKS_MinAbs_64f(const double* src, int32_t len, double* pMinAbs);
+
+/* ---- Extreme values with position ------------------------------------------------
+ * The extreme and the index of its first occurrence (ties go to the lowest index).
+ * Each block of two 128-bit vectors is reduced to its extreme; the first block to beat
+ * the running value strictly wins, and a walk over its lanes finds the position (the
+ * last lane is taken untested). The tail tests each element strictly. A NaN hides its
+ * block, is skipped in the tail, and at src[0] stays as the result with index B - 1
+ * (B the block's elements) from one block on, 0 below. -0 and +0 compare equal.
+ * Plain forms seed with src[0]; absolute forms work on saturated absolute values and
+ * seed with 0 (MaxAbsIndx) or the type's largest value (MinAbsIndx), at index 0. */
+ZIVKS_API ZIVKStatus ZIVKS_MaxIndx_16s(const int16_t* src, int32_t len, int16_t* pMax, int32_t* pIndx);
+ZIVKS_API ZIVKStatus ZIVKS_MaxIndx_32s(const int32_t* src, int32_t len, int32_t* pMax, int32_t* pIndx);
+ZIVKS_API ZIVKStatus ZIVKS_MaxIndx_32f(const float* src, int32_t len, float* pMax, int32_t* pIndx);
+ZIVKS_API ZIVKStatus ZIVKS_MaxIndx_64f(const double* src, int32_t len, double* pMax, int32_t* pIndx);
+ZIVKS_API ZIVKStatus ZIVKS_MinIndx_16s(const int16_t* src, int32_t len, int16_t* pMin, int32_t* pIndx);
+ZIVKS_API ZIVKStatus ZIVKS_MinIndx_32s(const int32_t* src, int32_t len, int32_t* pMin, int32_t* pIndx);
+ZIVKS_API ZIVKStatus ZIVKS_MinIndx_32f(const float* src, int32_t len, float* pMin, int32_t* pIndx);
+ZIVKS_API ZIVKStatus ZIVKS_MinIndx_64f(const double* src, int32_t len, double* pMin, int32_t* pIndx);
+ZIVKS_API ZIVKStatus ZIVKS_MinMaxIndx_8u(const uint8_t* src, int32_t len, uint8_t* pMin, int32_t* pMinIndx, uint8_t* pMax, int32_t* pMaxIndx);
+ZIVKS_API ZIVKStatus ZIVKS_MinMaxIndx_16u(const uint16_t* src, int32_t len, uint16_t* pMin, int32_t* pMinIndx, uint16_t* pMax, int32_t* pMaxIndx);
+ZIVKS_API ZIVKStatus ZIVKS_MinMaxIndx_32u(const uint32_t* src, int32_t len, uint32_t* pMin, int32_t* pMinIndx, uint32_t* pMax, int32_t* pMaxIndx);
+ZIVKS_API ZIVKStatus ZIVKS_MinMaxIndx_16s(const int16_t* src, int32_t len, int16_t* pMin, int32_t* pMinIndx, int16_t* pMax, int32_t* pMaxIndx);
+ZIVKS_API ZIVKStatus ZIVKS_MinMaxIndx_32s(const int32_t* src, int32_t len, int32_t* pMin, int32_t* pMinIndx, int32_t* pMax, int32_t* pMaxIndx);
+ZIVKS_API ZIVKStatus ZIVKS_MinMaxIndx_32f(const float* src, int32_t len, float* pMin, int32_t* pMinIndx, float* pMax, int32_t* pMaxIndx);
+ZIVKS_API ZIVKStatus ZIVKS_MinMaxIndx_64f(const double* src, int32_t len, double* pMin, int32_t* pMinIndx, double* pMax, int32_t* pMaxIndx);
+ZIVKS_API ZIVKStatus ZIVKS_MaxAbsIndx_16s(const int16_t* src, int32_t len, int16_t* pMaxAbs, int32_t* pIndx);
+ZIVKS_API ZIVKStatus ZIVKS_MaxAbsIndx_32s(const int32_t* src, int32_t len, int32_t* pMaxAbs, int32_t* pIndx);
+ZIVKS_API ZIVKStatus ZIVKS_MinAbsIndx_16s(const int16_t* src, int32_t len, int16_t* pMinAbs, int32_t* pIndx);
+ZIVKS_API ZIVKStatus ZIVKS_MinAbsIndx_32s(const int32_t* src, int32_t len, int32_t* pMinAbs, int32_t* pIndx);
+
+/* ---- Element-wise extremes, counting and nearest match -----------------------------
+ * MaxEvery/MinEvery: dst[i] = the larger (smaller) of src1[i] and src2[i]. Float blocks
+ * of one 128-bit vector propagate NaN and order -0 below +0; the float tail gives
+ * src1[i] where it is at or above (at or below) src2[i], else src2[i], so there a NaN
+ * in src1 is dropped and a NaN in src2 kept. The in-place float forms pass src as src1
+ * and srcDst as src2. The integer forms are in place only.
+ * CountInRange_32s counts lowerBound < src[i] < upperBound (both bounds excluded).
+ * FindNearestOne_16u searches an ascending table by halves; a tie between the two last
+ * candidates goes to the lower index. FindNearest_16u does so for every src[i].
+ * ReplaceNAN replaces every NaN by val. */
+ZIVKS_API ZIVKStatus ZIVKS_MaxEvery_32f(const float* src1, const float* src2, float* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_MaxEvery_64f(const double* src1, const double* src2, double* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_MinEvery_32f(const float* src1, const float* src2, float* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_MinEvery_64f(const double* src1, const double* src2, double* dst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_MaxEvery_16s_I(const int16_t* src, int16_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_MaxEvery_32s_I(const int32_t* src, int32_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_MaxEvery_32f_I(const float* src, float* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_MaxEvery_64f_I(const double* src, double* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_MinEvery_16s_I(const int16_t* src, int16_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_MinEvery_32s_I(const int32_t* src, int32_t* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_MinEvery_32f_I(const float* src, float* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_MinEvery_64f_I(const double* src, double* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_CountInRange_32s(const int32_t* src, int32_t len, int32_t* pCount, int32_t lowerBound, int32_t upperBound);
+ZIVKS_API ZIVKStatus ZIVKS_FindNearestOne_16u(uint16_t val, uint16_t* pNearest, int32_t* pIndx, const uint16_t* table, int32_t tableLen);
+ZIVKS_API ZIVKStatus ZIVKS_FindNearest_16u(const uint16_t* src, uint16_t* dst, int32_t* dstIndx, int32_t len, const uint16_t* table, int32_t tableLen);
+ZIVKS_API ZIVKStatus ZIVKS_ReplaceNAN_32f_I(float val, float* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_ReplaceNAN_64f_I(double val, double* srcDst, int32_t len);
+
+/* ---- Zero crossing -----------------------------------------------------------------
+ * How many neighbouring pairs change sign, as a float32 count (not divided by len).
+ * kind 0: the product is below 0 (float32: rounded, so an underflow does not count);
+ * kind 1: the sign bits differ (+0 and -0 differ; int16 zero counts as positive);
+ * kind 2: |sign(a) - sign(b)| summed and halved, so a touch of zero counts one half;
+ * the int16 form truncates the result to a whole number. Checks: pointers, then len
+ * equal to 0 (a negative len counts as unsigned), then kind above 2 as unsigned gives
+ * ZIVK_STS_ZC_TYPE_ERR. */
+ZIVKS_API ZIVKStatus ZIVKS_ZeroCrossing_16s32f(const int16_t* src, int32_t len, float* pValue, int32_t kind);
+ZIVKS_API ZIVKStatus ZIVKS_ZeroCrossing_32f(const float* src, int32_t len, float* pValue, int32_t kind);
 
 #ifdef __cplusplus
 }

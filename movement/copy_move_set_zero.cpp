@@ -80,6 +80,25 @@ ZIVKStatus move(const E* src, E* dst, int32_t len) {
   return ZIVK_STS_NO_ERR;
 }
 
+// Zero fills of at least this many bytes bypass the caches, which they would only flush
+// (streaming stores of zeros ran at about three times the speed of ordinary ones where
+// measured; of other patterns they gained nothing, so Set does not use them).
+constexpr int64_t kStreamBytes = int64_t{16} << 20;
+
+// Clears d[0, size), the whole blocks of a very large Zero: ordinary stores at both
+// ends, streaming stores of whole aligned registers between. The bytes written are
+// those of the block loop.
+inline void zero_streaming(uint8_t* d, int64_t size) {
+  using V = bytes<simd::kWide>;
+  constexpr int64_t kReg = sizeof(V);
+  const V z = simd::zeros<V>();
+  simd::store(d, z);
+  uint8_t* p = d + (kReg - static_cast<int64_t>(reinterpret_cast<uintptr_t>(d) % kReg)) % kReg;
+  for (; p + kReg <= d + size; p += kReg) simd::store_stream(p, z);
+  simd::stream_fence();
+  if (p < d + size) simd::store(d + size - kReg, z);
+}
+
 // val replicated across the vector; Set_8u leaves the remainder to memset, the others
 // store it element by element.
 template <class E>
@@ -107,9 +126,14 @@ template <class E>
 ZIVKStatus zero(E* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, dst)) return st;
   auto* d = reinterpret_cast<uint8_t*>(dst);
-  const int64_t n = for_whole_blocks<kBlock<E>>(len, [&](int64_t i, auto w) {
-    simd::store(d + i * static_cast<int64_t>(sizeof(E)), simd::zeros<bytes<decltype(w)::value>>());
-  });
+  int64_t n = block_end<kBlock<E>>(len);
+  if (static_cast<int64_t>(len) * static_cast<int64_t>(sizeof(E)) >= kStreamBytes) {
+    zero_streaming(d, n * static_cast<int64_t>(sizeof(E)));
+  } else {
+    n = for_whole_blocks<kBlock<E>>(len, [&](int64_t i, auto w) {
+      simd::store(d + i * static_cast<int64_t>(sizeof(E)), simd::zeros<bytes<decltype(w)::value>>());
+    });
+  }
   if (n < len) {
     if constexpr (kComplex<E>) {
       for (int64_t i = n; i < len; ++i) dst[i] = E{};

@@ -145,6 +145,26 @@ struct lanes {
   V get() const { return load<V>(v); }
 };
 
+// A store that need not stay in the caches, for fills far larger than they are (stnp);
+// p is aligned to the size of the vector. A run of them ends with stream_fence.
+template <class T, int K>
+inline void store_stream(T* p, const vec<T, K>& v) {
+#if defined(ZIVKS_BACKEND_X86)
+  typename int_reg<K>::type r;
+  memcpy(&r, &v.r, sizeof r);
+  x86::stream<K>(p, r);
+#else
+  store(p, v);
+#endif
+}
+
+// Orders the streaming stores before all later stores (sfence on x86).
+inline void stream_fence() {
+#if defined(ZIVKS_BACKEND_X86)
+  _mm_sfence();
+#endif
+}
+
 // Streaming read hint for the first cache level (prfm pldl1strm); never faults.
 inline void prefetch_stream(const void* p) { __builtin_prefetch(p, 0, 0); }
 
@@ -168,6 +188,7 @@ inline void prefetch_stream_l2(const void* p) {
 #include "core/simd/neon/negate.h"
 #include "core/simd/neon/int_arith.h"
 #include "core/simd/neon/convert.h"
+#include "core/simd/neon/minmax.h"
 #elif defined(ZIVKS_BACKEND_X86)
 #include "core/simd/x86/float_arith.h"
 #include "core/simd/x86/bitwise.h"
@@ -175,6 +196,7 @@ inline void prefetch_stream_l2(const void* p) {
 #include "core/simd/x86/negate.h"
 #include "core/simd/x86/int_arith.h"
 #include "core/simd/x86/convert.h"
+#include "core/simd/x86/minmax.h"
 #else
 #include "core/simd/generic/float_arith.h"
 #include "core/simd/generic/bitwise.h"
@@ -182,4 +204,5 @@ inline void prefetch_stream_l2(const void* p) {
 #include "core/simd/generic/negate.h"
 #include "core/simd/generic/int_arith.h"
 #include "core/simd/generic/convert.h"
+#include "core/simd/generic/minmax.h"
 #endif

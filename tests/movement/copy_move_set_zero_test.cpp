@@ -1,4 +1,5 @@
 // Copy, Move, Set and Zero over all eleven element types.
+#include <algorithm>
 #include <functional>
 
 #include "support/zt.h"
@@ -162,6 +163,27 @@ TEST(SetZero, ComplexFillsWriteReBeforeIm) {
     EXPECT_EQ(c.re, 7);
     EXPECT_EQ(c.im, -9);
   }
+}
+
+// Zero fills of many megabytes take a path of their own (streaming stores between
+// ordinary ones at both ends): the same bytes at any alignment, nothing outside.
+template <class E>
+void check_large_zero(ZIVKStatus (*zero)(E*, int32_t), int32_t len) {
+  for (size_t mis : {size_t{0}, alignof(E), 3 * alignof(E)}) {
+    zt::Guarded<E> d(len, mis);
+    memset(static_cast<void*>(d.data()), 0x5A, len * sizeof(E));
+    ASSERT_EQ(zero(d.data(), len), 0);
+    const auto* b = reinterpret_cast<const uint8_t*>(d.data());
+    EXPECT_EQ(std::count(b, b + len * sizeof(E), 0), static_cast<long>(len * sizeof(E)))
+        << "misaligned by " << mis;
+    EXPECT_TRUE(d.guards_intact()) << "misaligned by " << mis;
+  }
+}
+
+TEST(Zero, VeryLargeFillsAreExact) {
+  check_large_zero(ZIVKS_Zero_8u, (16 << 20) + 15);
+  check_large_zero(ZIVKS_Zero_16sc, (4 << 20) + 3);
+  check_large_zero(ZIVKS_Zero_64fc, (1 << 20) + 1);
 }
 
 }  // namespace

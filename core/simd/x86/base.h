@@ -49,6 +49,18 @@ inline typename int_reg<K>::type repeat_halves(double lo, double hi) {
 #endif
 }
 
+// A store of a whole register that bypasses the caches; p is aligned to its size.
+template <int K>
+inline void stream(void* p, typename int_reg<K>::type r) {
+  if constexpr (K == 1) _mm_stream_si128(static_cast<__m128i*>(p), r);
+#if defined(__AVX2__)
+  else if constexpr (K == 2) _mm256_stream_si256(static_cast<__m256i*>(p), r);
+#endif
+#if defined(__AVX512F__)
+  else _mm512_stream_si512(static_cast<__m512i*>(p), r);
+#endif
+}
+
 }  // namespace x86
 
 }  // namespace zivks::simd

@@ -1,0 +1,75 @@
+// MaxEvery and MinEvery: the element-wise maximum or minimum of two vectors.
+//
+// Float blocks (one 128-bit vector) propagate NaN and order -0 below +0. The float tail
+// is a compare and select, src1[i] where it is at or above (at or below) src2[i] and
+// src2[i] otherwise: a NaN in src1 is dropped, a NaN in src2 kept, and between two
+// zeros src1 wins. The in-place float forms pass src as src1 and srcDst as src2 and
+// dst. The integer forms are in place only and plain.
+#include "core/frame.h"
+
+namespace {
+
+using namespace zivks;
+
+enum class Dir { kMax, kMin };
+
+template <class T>
+constexpr int kBlock = 16 / sizeof(T);
+
+template <Dir d, class T>
+ZIVKStatus every_float(const T* src1, const T* src2, T* dst, int32_t len) {
+  if (const ZIVKStatus st = check_ptrs_len(len, src1, src2, dst)) return st;
+  for_blocks<kBlock<T>>(
+      len,
+      [&](int64_t i, auto w) {
+        using V = simd::vec<T, decltype(w)::value>;
+        const V a = simd::load<V>(src1 + i), b = simd::load<V>(src2 + i);
+        simd::store(dst + i, d == Dir::kMax ? simd::max_propagating(a, b) : simd::min_propagating(a, b));
+      },
+      [&](int64_t i) {
+        const T a = src1[i], b = src2[i];
+        dst[i] = (d == Dir::kMax ? a >= b : a <= b) ? a : b;
+      });
+  return ZIVK_STS_NO_ERR;
+}
+
+template <Dir d, class T>
+ZIVKStatus every_int_i(const T* src, T* srcDst, int32_t len) {
+  if (const ZIVKStatus st = check_ptrs_len(len, src, srcDst)) return st;
+  for_blocks<kBlock<T>>(
+      len,
+      [&](int64_t i, auto w) {
+        using V = simd::vec<T, decltype(w)::value>;
+        const V a = simd::load<V>(src + i), b = simd::load<V>(srcDst + i);
+        simd::store(srcDst + i, d == Dir::kMax ? simd::max(a, b) : simd::min(a, b));
+      },
+      [&](int64_t i) {
+        const T a = src[i], b = srcDst[i];
+        srcDst[i] = (d == Dir::kMax ? a > b : a < b) ? a : b;
+      });
+  return ZIVK_STS_NO_ERR;
+}
+
+}  // namespace
+
+#define ZIVKS_EVERY_FLOAT(name, dir, code, type)                                                   \
+  ZIVKS_EXPORT ZIVKStatus ZIVKS_##name##_##code(const type* src1, const type* src2, type* dst,    \
+                                                int32_t len) {                                    \
+    return every_float<dir>(src1, src2, dst, len);                                                \
+  }                                                                                               \
+  ZIVKS_EXPORT ZIVKStatus ZIVKS_##name##_##code##_I(const type* src, type* srcDst, int32_t len) { \
+    return ZIVKS_##name##_##code(src, srcDst, srcDst, len);                                       \
+  }
+#define ZIVKS_EVERY_INT(name, dir, code, type)                                                    \
+  ZIVKS_EXPORT ZIVKStatus ZIVKS_##name##_##code##_I(const type* src, type* srcDst, int32_t len) { \
+    return every_int_i<dir>(src, srcDst, len);                                                    \
+  }
+
+ZIVKS_EVERY_FLOAT(MaxEvery, Dir::kMax, 32f, float)
+ZIVKS_EVERY_FLOAT(MaxEvery, Dir::kMax, 64f, double)
+ZIVKS_EVERY_FLOAT(MinEvery, Dir::kMin, 32f, float)
+ZIVKS_EVERY_FLOAT(MinEvery, Dir::kMin, 64f, double)
+ZIVKS_EVERY_INT(MaxEvery, Dir::kMax, 16s, int16_t)
+ZIVKS_EVERY_INT(MaxEvery, Dir::kMax, 32s, int32_t)
+ZIVKS_EVERY_INT(MinEvery, Dir::kMin, 16s, int16_t)
+ZIVKS_EVERY_INT(MinEvery, Dir::kMin, 32s, int32_t)

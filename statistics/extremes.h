@@ -1,0 +1,69 @@
+// What the extreme-value families share: the direction of a search, the block operation
+// and the strict scalar test for each direction, and the absolute values they compare.
+#pragma once
+
+#include <limits>
+#include <type_traits>
+
+#include "core/frame.h"
+
+namespace zivks::extremes {
+
+enum class Dir { kMax, kMin };
+
+template <class T>
+inline constexpr bool kFloat = std::is_floating_point_v<T>;
+
+// 128-bit vectors of T and the lanes each holds.
+template <class T>
+using V = simd::vec<T, 1>;
+template <class T>
+inline constexpr int kLanes = V<T>::kLanes;
+
+// The block operation: float lanes propagate NaN and order -0 below +0.
+template <Dir d, class T>
+inline V<T> pick(const V<T>& a, const V<T>& b) {
+  if constexpr (kFloat<T>) return d == Dir::kMax ? simd::max_propagating(a, b) : simd::min_propagating(a, b);
+  else return d == Dir::kMax ? simd::max(a, b) : simd::min(a, b);
+}
+
+template <Dir d, class T>
+inline T reduce(const V<T>& a) {
+  return d == Dir::kMax ? simd::reduce_max(a) : simd::reduce_min(a);
+}
+
+// The scalar test: strictly beyond the running value, so a NaN on either side fails and
+// -0 and +0 tie.
+template <Dir d, class T>
+inline bool beats(T x, T best) {
+  return d == Dir::kMax ? x > best : x < best;
+}
+
+// Absolute values: floats lose the sign bit (NaN too), integers saturate.
+template <class T>
+inline T abs_scalar(T x) {
+  if constexpr (kFloat<T>) {
+    return fp::from_bits<T>(fp::to_bits(x) & ~(fp::bits_t<T>{1} << (sizeof(T) * 8 - 1)));
+  } else {
+    if (x == std::numeric_limits<T>::min()) return std::numeric_limits<T>::max();
+    return x < 0 ? static_cast<T>(-x) : x;
+  }
+}
+
+template <class T>
+inline V<T> abs_vec(const V<T>& v) {
+  if constexpr (kFloat<T>) return simd::abs(v);
+  else return simd::abs_sat(v);
+}
+
+// Element views: the value as it stands, or its absolute value.
+struct Plain {
+  template <class T> static T scalar(T x) { return x; }
+  template <class T> static V<T> block(const V<T>& v) { return v; }
+};
+struct Abs {
+  template <class T> static T scalar(T x) { return abs_scalar(x); }
+  template <class T> static V<T> block(const V<T>& v) { return abs_vec(v); }
+};
+
+}  // namespace zivks::extremes
