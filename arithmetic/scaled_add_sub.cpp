@@ -302,38 +302,19 @@ ZIVKStatus sub_16u_s(const uint16_t* src1, const uint16_t* src2, uint16_t* dst, 
 
 }  // namespace
 
-ZIVKS_EXPORT ZIVKStatus ZIVKS_Add_8u_S(const uint8_t* src1, const uint8_t* src2, uint8_t* dst, int32_t len,
-                                       double scale) {
-  return add_8u_s(src1, src2, dst, len, scale);
-}
-ZIVKS_EXPORT ZIVKStatus ZIVKS_Add_16u_S(const uint16_t* src1, const uint16_t* src2, uint16_t* dst, int32_t len,
-                                        double scale) {
-  return add_16u_s(src1, src2, dst, len, scale);
-}
-ZIVKS_EXPORT ZIVKStatus ZIVKS_Add_16s_S(const int16_t* src1, const int16_t* src2, int16_t* dst, int32_t len,
-                                        double scale) {
-  return signed_scaled<Op::kAdd>(src1, src2, dst, len, scale);
-}
-ZIVKS_EXPORT ZIVKStatus ZIVKS_Add_32s_S(const int32_t* src1, const int32_t* src2, int32_t* dst, int32_t len,
-                                        double scale) {
-  return signed_scaled<Op::kAdd>(src1, src2, dst, len, scale);
-}
-ZIVKS_EXPORT ZIVKStatus ZIVKS_Sub_8u_S(const uint8_t* src1, const uint8_t* src2, uint8_t* dst, int32_t len,
-                                       double scale) {
-  return sub_8u_s(src1, src2, dst, len, scale);
-}
-ZIVKS_EXPORT ZIVKStatus ZIVKS_Sub_16u_S(const uint16_t* src1, const uint16_t* src2, uint16_t* dst, int32_t len,
-                                        double scale) {
-  return sub_16u_s(src1, src2, dst, len, scale);
-}
-ZIVKS_EXPORT ZIVKStatus ZIVKS_Sub_16s_S(const int16_t* src1, const int16_t* src2, int16_t* dst, int32_t len,
-                                        double scale) {
-  return signed_scaled<Op::kSub>(src1, src2, dst, len, scale);
-}
-ZIVKS_EXPORT ZIVKStatus ZIVKS_Sub_32s_S(const int32_t* src1, const int32_t* src2, int32_t* dst, int32_t len,
-                                        double scale) {
-  return signed_scaled<Op::kSub>(src1, src2, dst, len, scale);
-}
+#define ZIVKS_SCALED(name, code, type, fn)                                                      \
+  ZIVKS_EXPORT ZIVKStatus ZIVKS_##name##_##code##_S(const type* src1, const type* src2, type* dst, \
+                                                    int32_t len, double scale) {                 \
+    return fn(src1, src2, dst, len, scale);                                                      \
+  }
+ZIVKS_SCALED(Add, 8u, uint8_t, add_8u_s)
+ZIVKS_SCALED(Add, 16u, uint16_t, add_16u_s)
+ZIVKS_SCALED(Add, 16s, int16_t, signed_scaled<Op::kAdd>)
+ZIVKS_SCALED(Add, 32s, int32_t, signed_scaled<Op::kAdd>)
+ZIVKS_SCALED(Sub, 8u, uint8_t, sub_8u_s)
+ZIVKS_SCALED(Sub, 16u, uint16_t, sub_16u_s)
+ZIVKS_SCALED(Sub, 16s, int16_t, signed_scaled<Op::kSub>)
+ZIVKS_SCALED(Sub, 32s, int32_t, signed_scaled<Op::kSub>)
 
 // The in-place forms call their twin with the pointer twice, except Sub_8u_IS and
 // Sub_16u_IS, which have a body of their own (same paths, blocks and results).
