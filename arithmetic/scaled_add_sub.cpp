@@ -59,6 +59,15 @@ struct across {
 template <int B, class W>
 constexpr int64_t kGroup = int64_t{B} * W::value;
 
+// The exact sums of the group of B-element blocks at i, widened to V's lanes, after the
+// read hints of both sources `bytes` ahead.
+template <int B, class V, class W, class T>
+inline V widened_sum(const T* src1, const T* src2, int64_t i, int bytes) {
+  prefetch_lines<kGroup<B, W>>(src1, i, bytes);
+  prefetch_lines<kGroup<B, W>>(src2, i, bytes);
+  return simd::add_wrap(simd::load_widen<V>(src1 + i), simd::load_widen<V>(src2 + i));
+}
+
 // Whole blocks of B elements whose results are made in lanes twice as wide as To and
 // narrow with saturation: result(i, w) gives the wide lanes of the register of w blocks
 // from element i. The blocks go in pairs of registers where they can, so that one
@@ -150,10 +159,8 @@ ZIVKStatus add_8u_s(const uint8_t* src1, const uint8_t* src2, uint8_t* dst, int3
         len, dst,
         [&](int64_t i, auto w) {
           using V16 = simd::vec<uint16_t, decltype(w)::value>;
-          prefetch_lines<kGroup<8, decltype(w)>>(src1, i, 256);
-          prefetch_lines<kGroup<8, decltype(w)>>(src2, i, 256);
           prefetch_lines<kGroup<8, decltype(w)>>(dst, i, 256);
-          return scaled(simd::add_wrap(simd::load_widen<V16>(src1 + i), simd::load_widen<V16>(src2 + i)));
+          return scaled(widened_sum<8, V16, decltype(w)>(src1, src2, i, 256));
         },
         [&](int64_t i) { dst[i] = rounding::tail<uint8_t>(static_cast<float>(src1[i] + src2[i]) * m); });
     return ZIVK_STS_NO_ERR;
@@ -163,10 +170,7 @@ ZIVKStatus add_8u_s(const uint8_t* src1, const uint8_t* src2, uint8_t* dst, int3
       len, dst,
       [&](int64_t i, auto w) {
         using V16 = simd::vec<uint16_t, decltype(w)::value>;
-        prefetch_lines<kGroup<8, decltype(w)>>(src1, i, 256);
-        prefetch_lines<kGroup<8, decltype(w)>>(src2, i, 256);
-        const V16 x = simd::add_wrap(simd::load_widen<V16>(src1 + i), simd::load_widen<V16>(src2 + i));
-        return simd::shl_sat_round_by_low_byte(x, k);
+        return simd::shl_sat_round_by_low_byte(widened_sum<8, V16, decltype(w)>(src1, src2, i, 256), k);
       },
       // x * M is whole (or infinite, or NaN for 0 times infinity): truncating is exact.
       [&](int64_t i) { dst[i] = rounding::tail_zero<uint8_t>(static_cast<float>(src1[i] + src2[i]) * m); });
@@ -188,9 +192,7 @@ ZIVKStatus add_16u_s(const uint16_t* src1, const uint16_t* src2, uint16_t* dst, 
         len, dst,
         [&](int64_t i, auto w) {
           using V32 = simd::vec<uint32_t, decltype(w)::value>;
-          prefetch_lines<kGroup<4, decltype(w)>>(src1, i, 512);
-          prefetch_lines<kGroup<4, decltype(w)>>(src2, i, 512);
-          const V32 x = simd::add_wrap(simd::load_widen<V32>(src1 + i), simd::load_widen<V32>(src2 + i));
+          const V32 x = widened_sum<4, V32, decltype(w)>(src1, src2, i, 512);
           return simd::cvt_sat<int32_t, Mode::kNear>(
               simd::mul_to_convert(simd::cvt_to_float<float>(x), mvs.template get<decltype(w)::value>()));
         },
@@ -202,10 +204,7 @@ ZIVKStatus add_16u_s(const uint16_t* src1, const uint16_t* src2, uint16_t* dst, 
       len, dst,
       [&](int64_t i, auto w) {
         using V32 = simd::vec<uint32_t, decltype(w)::value>;
-        prefetch_lines<kGroup<4, decltype(w)>>(src1, i, 512);
-        prefetch_lines<kGroup<4, decltype(w)>>(src2, i, 512);
-        const V32 x = simd::add_wrap(simd::load_widen<V32>(src1 + i), simd::load_widen<V32>(src2 + i));
-        return simd::shl_sat_round_by_low_byte(x, k);
+        return simd::shl_sat_round_by_low_byte(widened_sum<4, V32, decltype(w)>(src1, src2, i, 512), k);
       },
       tail);
   return ZIVK_STS_NO_ERR;
