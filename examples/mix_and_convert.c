@@ -43,7 +43,9 @@ int main(void) {
   for (i = 0; i < N; ++i) printf("%14.9f %10d %10d\n", wave[i], pcm_near[i], pcm_zero[i]);
 
   /* A bad rounding mode is refused before anything is written. */
-  printf("\nrounding mode 7 gives status %d\n",
-         (int)ZIVKS_Convert_32f16s_S(wave, pcm_near, N, (ZIVKRoundMode)7, 1.0));
+  {
+    const ZIVKStatus st = ZIVKS_Convert_32f16s_S(wave, pcm_near, N, (ZIVKRoundMode)7, 1.0);
+    printf("\nrounding mode 7 gives status %d (%s)\n", (int)st, ZIVKS_GetStatusString(st));
+  }
   return 0;
 }

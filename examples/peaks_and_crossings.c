@@ -2,7 +2,7 @@
  *
  * The signal is one second of a 7 Hz tone sampled at 1000 Hz, with a slowly rising
  * amplitude and a little deterministic noise. The program reports the global extremes
- * and their positions, the largest peak in each tenth of a second, and the number of
+ * and their positions, the maximum of each tenth of a second, and the number of
  * zero crossings by the three kinds of count, from which it estimates the frequency.
  * Build: the examples/ folder of the project builds it as example_peaks_and_crossings. */
 #include <stdio.h>
@@ -47,7 +47,7 @@ int main(void) {
   if (ZIVKS_MaxAbs_32f(signal, LEN, &peak) != ZIVK_STS_NO_ERR) return 1;
   printf("largest magnitude %.4f\n", peak);
 
-  printf("largest peak in each window of %d samples:\n", WINDOW);
+  printf("maximum of each window of %d samples, and where it lies:\n", WINDOW);
   for (int w = 0; w < LEN; w += WINDOW) {
     float v;
     int32_t at;
