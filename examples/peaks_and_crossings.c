@@ -55,7 +55,7 @@ int main(void) {
     printf("  samples %4d-%4d: %+.4f at %4d\n", w, w + WINDOW - 1, v, w + at);
   }
 
-  static const char* kinds[3] = {"product below zero", "sign bits differ", "half steps through zero"};
+  static const char* kinds[3] = {"product below zero", "sign bits differ", "sign steps, a touch of zero counting half"};
   for (int kind = 0; kind < 3; ++kind) {
     float zf, zi;
     if (ZIVKS_ZeroCrossing_32f(signal, LEN, &zf, kind) != ZIVK_STS_NO_ERR) return 1;
@@ -70,6 +70,6 @@ int main(void) {
   static int32_t wide[LEN];
   for (int i = 0; i < LEN; ++i) wide[i] = pcm[i];
   if (ZIVKS_CountInRange_32s(wide, LEN, &loud, 24000, 32767) != ZIVK_STS_NO_ERR) return 1;
-  printf("samples above 0.75 of full scale: %d\n", loud);
+  printf("samples above +0.75 (int16 samples strictly between 24000 and 32767): %d\n", loud);
   return 0;
 }

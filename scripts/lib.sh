@@ -41,7 +41,7 @@ run_tests() {
   local dir=$ROOT/build/$1 rc=0
   (cd "$dir" && ctest --output-on-failure -j 2) || rc=$?
   echo "GoogleTest summary (zivks_tests):"
-  grep -hE '^\[(==========|  PASSED  |  FAILED  )\]' "$dir/Testing/Temporary/LastTest.log" | sed 's/^/  /' || true
+  grep -hE '^\[(==========|  PASSED  |  FAILED  )\]' "$dir/Testing/Temporary/LastTest.log" 2>/dev/null | sed 's/^/  /' || true
   return "$rc"
 }
 
