@@ -40,8 +40,12 @@ configure_and_build() {
 run_tests() {
   local dir=$ROOT/build/$1 rc=0
   (cd "$dir" && ctest --output-on-failure -j 2) || rc=$?
+  local log=$dir/Testing/Temporary/LastTest.log ran failed
   echo "GoogleTest summary (zivks_tests):"
-  grep -hE '^\[(==========|  PASSED  |  FAILED  )\]' "$dir/Testing/Temporary/LastTest.log" 2>/dev/null | sed 's/^/  /' || true
+  grep -hE '^\[(==========|  PASSED  |  FAILED  )\]' "$log" 2>/dev/null | sed 's/^/  /' || true
+  ran=$(grep -hoE '^\[==========\] [0-9]+ tests? from' "$log" 2>/dev/null | grep -oE '[0-9]+' | head -1)
+  failed=$(grep -hoE '^\[  FAILED  \] [0-9]+ tests?,' "$log" 2>/dev/null | grep -oE '[0-9]+' | head -1)
+  [ -n "$ran" ] && echo "zivks_tests: $((ran - ${failed:-0})) passed, ${failed:-0} failed"
   return "$rc"
 }
 
