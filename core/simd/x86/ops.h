@@ -34,6 +34,7 @@ inline constexpr int kReverse128 = 0x1B;     // 128-bit blocks 3 2 1 0
 inline constexpr int kEven32 = 0x88;         // 32-bit lanes 0 2 of each source
 inline constexpr int kOdd32 = 0xDD;          // 32-bit lanes 1 3 of each source
 inline constexpr int kOddLanes16 = 0xAA;     // the odd 16-bit lanes of a block
+inline constexpr uint32_t kOddLanes16Of32 = 0xAAAAAAAAu;  // the same in 32 lanes
 inline constexpr int kLowBlocks = 0x20;      // blocks 0 of both sources
 inline constexpr int kHighBlocks = 0x31;     // blocks 1 of both sources
 inline constexpr int kMiddleBlocks = 0x21;   // block 1 of the first, block 0 of the second
@@ -394,7 +395,7 @@ struct ops<4> {
   static I bytes_down2(I cur, I next) {
     return _mm512_alignr_epi8(_mm512_maskz_alignr_epi64(kAll8, next, cur, 2), cur, 2);
   }
-  static I blend_odd16(I a, I b) { return _mm512_mask_blend_epi16(0xAAAAAAAAu, a, b); }
+  static I blend_odd16(I a, I b) { return _mm512_mask_blend_epi16(kOddLanes16Of32, a, b); }
 
   static F max(F a, F b) { return _mm512_maskz_max_ps(kAll16, a, b); }
   static D max(D a, D b) { return _mm512_maskz_max_pd(kAll8, a, b); }
@@ -445,8 +446,6 @@ inline R from_ints(const R&, I x) {
 }
 
 }  // namespace x86
-
-template <int K> struct int_reg { using type = typename x86::ops<K>::I; };
 
 template <class T, int K>
 struct reg {
