@@ -104,7 +104,7 @@ void map(const A& a_in, const C& b_in, E* dst, int32_t len) {
   // and only then the NaN test, so the stores need not wait for it; every operand of
   // the step is loaded before any store, so dst may be a source.
   auto step = [&](int64_t i, auto g) {
-    using V = simd::vec<P, decltype(g)::kBlocks>;
+    using V = simd::vec<P, decltype(g)::value>;
     constexpr int kN = decltype(g)::kCount * kVecs;  // registers in this step
     static_assert(kN <= 2, "a step is one or two registers");
     auto at = [&](int j) { return i * kParts + int64_t{j} * V::kLanes; };

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "core/frame.h"
+#include "core/lane.h"
 
 namespace {
 
@@ -33,14 +34,8 @@ ZIVKStatus abs_of(const T* src, T* dst, int32_t len) {
         else simd::store(dst + i, simd::abs_sat(simd::load<V>(src + i)));
       },
       [&](int64_t i) {
-        if constexpr (std::is_floating_point_v<T>) {
-          auto b = fp::to_bits(src[i]);
-          b &= ~(decltype(b){1} << (sizeof(T) * 8 - 1));
-          dst[i] = fp::from_bits<T>(b);
-        } else {
-          const int64_t x = src[i];
-          dst[i] = saturate<T>(x < 0 ? -x : x);
-        }
+        if constexpr (std::is_floating_point_v<T>) dst[i] = lane::clear_sign(src[i]);
+        else dst[i] = lane::abs_sat(src[i]);
       });
   return ZIVK_STS_NO_ERR;
 }

@@ -77,7 +77,7 @@ inline void narrowing_blocks(int32_t len, To* dst, Result&& result, Tail&& tail)
   for_block_groups<B, 2>(
       len,
       [&](int64_t i, auto g) {
-        constexpr int K = decltype(g)::kBlocks;
+        constexpr int K = decltype(g)::value;
         const auto r0 = result(i, simd::width<K>{});
         if constexpr (decltype(g)::kCount == 2) {
           simd::store(dst + i, simd::narrow_sat<To>(r0, result(i + int64_t{B} * K, simd::width<K>{})));
@@ -116,7 +116,7 @@ ZIVKStatus signed_scaled(const T* src1, const T* src2, T* dst, int32_t len, doub
         using VW = simd::vec<W, decltype(w)::value>;
         const VW x = wrap<op>(simd::load_widen<VW>(src1 + i), simd::load_widen<VW>(src2 + i));
         return simd::cvt_sat<W, Mode::kNear>(
-            simd::mul_to_convert(simd::cvt_to_float<F>(x), mvs.template get<decltype(w)::value>()));
+            simd::mul_raw(simd::cvt_to_float<F>(x), mvs.template get<decltype(w)::value>()));
       },
       [&](int64_t i) { dst[i] = rounding::tail<T>(static_cast<F>(exact<op>(src1, src2, i)) * m); });
   return ZIVK_STS_NO_ERR;
@@ -150,9 +150,9 @@ ZIVKStatus add_8u_s(const uint8_t* src1, const uint8_t* src2, uint8_t* dst, int3
     auto scaled = [&](const auto& x) {
       const auto& mv = mvs.template get<std::decay_t<decltype(x)>::kBlocks>();
       const auto lo = simd::cvt_sat<int32_t, Mode::kNear>(
-          simd::mul_to_convert(simd::cvt_to_float<float>(simd::widen_lo<uint32_t>(x)), mv));
+          simd::mul_raw(simd::cvt_to_float<float>(simd::widen_lo<uint32_t>(x)), mv));
       const auto hi = simd::cvt_sat<int32_t, Mode::kNear>(
-          simd::mul_to_convert(simd::cvt_to_float<float>(simd::widen_hi<uint32_t>(x)), mv));
+          simd::mul_raw(simd::cvt_to_float<float>(simd::widen_hi<uint32_t>(x)), mv));
       return simd::narrow_sat<uint16_t>(lo, hi);
     };
     narrowing_blocks<8>(
@@ -194,7 +194,7 @@ ZIVKStatus add_16u_s(const uint16_t* src1, const uint16_t* src2, uint16_t* dst, 
           using V32 = simd::vec<uint32_t, decltype(w)::value>;
           const V32 x = widened_sum<4, V32, decltype(w)>(src1, src2, i, 512);
           return simd::cvt_sat<int32_t, Mode::kNear>(
-              simd::mul_to_convert(simd::cvt_to_float<float>(x), mvs.template get<decltype(w)::value>()));
+              simd::mul_raw(simd::cvt_to_float<float>(x), mvs.template get<decltype(w)::value>()));
         },
         tail);
     return ZIVK_STS_NO_ERR;
@@ -217,9 +217,9 @@ ZIVKStatus add_16u_s(const uint16_t* src1, const uint16_t* src2, uint16_t* dst, 
 template <int K>
 inline simd::vec<uint16_t, K> scaled_group(const simd::vec<uint16_t, K>& d, const simd::vec<float, K>& mv) {
   const auto lo = simd::cvt_sat<uint32_t, Mode::kNear>(
-      simd::mul_to_convert(simd::cvt_to_float<float>(simd::widen_lo<uint32_t>(d)), mv));
+      simd::mul_raw(simd::cvt_to_float<float>(simd::widen_lo<uint32_t>(d)), mv));
   const auto hi = simd::cvt_sat<uint32_t, Mode::kNear>(
-      simd::mul_to_convert(simd::cvt_to_float<float>(simd::widen_hi<uint32_t>(d)), mv));
+      simd::mul_raw(simd::cvt_to_float<float>(simd::widen_hi<uint32_t>(d)), mv));
   return simd::narrow_sat_low_wrap_high(lo, hi);
 }
 

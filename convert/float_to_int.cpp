@@ -53,7 +53,7 @@ void run(const F* src, I* dst, int32_t len, F mult) {
   for_block_groups<B, kN>(
       len,
       [&](int64_t i, auto g) {
-        constexpr int K = decltype(g)::kBlocks;
+        constexpr int K = decltype(g)::value;
         constexpr int kRegs = kVecs * decltype(g)::kCount;
         using VF = simd::vec<F, K>;
         const VF& mv = [&]() -> const VF& {
@@ -63,7 +63,7 @@ void run(const F* src, I* dst, int32_t len, F mult) {
         simd::vec<L, K> r[kRegs];
         for (int j = 0; j < kRegs; ++j) {
           VF p = simd::load<VF>(src + i + j * VF::kLanes);
-          if constexpr (kMultiply) p = simd::mul_to_convert(p, mv);
+          if constexpr (kMultiply) p = simd::mul_raw(p, mv);
           r[j] = simd::cvt_sat<L, m>(p);
         }
         narrow_store<I>(dst + i, r);

@@ -57,7 +57,7 @@ inline void for_blocks(int32_t len, Block&& block, Tail&& tail) {
 }
 
 // Whole blocks of B elements in ascending order, handed out in groups: block(i, g) with
-// g a simd::group<K, N> handles the N * K blocks from element i as N registers of K
+// g a simd::width<K, N> handles the N * K blocks from element i as N registers of K
 // blocks each. The widest registers go N at a time, then one at a time, then single
 // blocks, so a body can test or fix several registers at once (the caller promises that
 // its result cannot depend on how blocks are grouped). Returns the index of the first
@@ -69,12 +69,12 @@ inline int64_t for_whole_block_groups(int32_t len, Block&& block) {
   const int64_t n = block_end<B>(len);
   constexpr int64_t kStep = int64_t{B} * K;
   int64_t i = 0;
-  for (; i + kStep * N <= n; i += kStep * N) block(i, simd::group<K, N>{});
+  for (; i + kStep * N <= n; i += kStep * N) block(i, simd::width<K, N>{});
   if constexpr (N > 1) {
-    for (; i + kStep <= n; i += kStep) block(i, simd::group<K, 1>{});
+    for (; i + kStep <= n; i += kStep) block(i, simd::width<K>{});
   }
   if constexpr (K > 1) {
-    for (; i < n; i += B) block(i, simd::group<1, 1>{});
+    for (; i < n; i += B) block(i, simd::width<1>{});
   }
   return n;
 }
@@ -85,7 +85,11 @@ inline void for_block_groups(int32_t len, Block&& block, Tail&& tail) {
   for (int64_t i = for_whole_block_groups<B, N, K>(len, block); i < len; ++i) tail(i);
 }
 
-// One 128-bit block at a time, for loops whose result depends on the grouping.
+// Runs block(i, simd::width<1>) over the whole blocks of B elements in ascending order,
+// one 128-bit register each even where the build has wider ones, then tail(i) for each
+// remaining element in order. For loops that keep state across blocks in a register of
+// one block (a running count or sum), or whose result would depend on how blocks are
+// grouped.
 template <int B, class Block, class Tail>
 inline void for_single_blocks(int32_t len, Block&& block, Tail&& tail) {
   const int64_t n = block_end<B>(len);

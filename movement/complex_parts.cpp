@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "core/frame.h"
+#include "core/lane.h"
 
 namespace {
 
@@ -120,10 +121,8 @@ ZIVKStatus real_to_cplx(const P<E>* srcRe, const P<E>* srcIm, E* dst, int32_t le
 // (signed zeros, infinities and NaN payloads kept but for the sign).
 template <class T>
 inline T negate(T x) {
-  if constexpr (std::is_integral_v<T>)
-    return x == std::numeric_limits<T>::min() ? std::numeric_limits<T>::max() : static_cast<T>(-x);
-  else
-    return fp::from_bits<T>(fp::to_bits(x) ^ (fp::bits_t<T>{1} << (8 * sizeof(T) - 1)));
+  if constexpr (std::is_integral_v<T>) return lane::neg_sat(x);
+  else return lane::flip_sign(x);
 }
 
 template <class V>

@@ -37,8 +37,8 @@ template <Dir d, class View, class T>
 struct Search {
   static constexpr Dir kDir = d;
   static constexpr bool kAbs = std::is_same_v<View, Abs>;
-  static constexpr auto kFold = d == Dir::kMax ? (kAbs ? simd::Fold::kMaxAbs : simd::Fold::kMax)
-                                               : (kAbs ? simd::Fold::kMinAbs : simd::Fold::kMin);
+  static constexpr auto kFold = d == Dir::kMax ? (kAbs ? Fold::kMaxAbs : Fold::kMax)
+                                               : (kAbs ? Fold::kMinAbs : Fold::kMin);
   T best;
   int64_t at = 0;
 
@@ -60,7 +60,7 @@ struct Search {
     const T m = reduce<d>(folded);
     if (!beats<d>(m, best)) return;
     // The first block with a lane equal to m is the first whose extreme equals it.
-    const int64_t v = simd::first_equal<kFold>(src + b, (e - b) / kLanes<T>, m);
+    const int64_t v = first_equal<kFold>(src + b, (e - b) / kLanes<T>, m);
     at = b + v / 2 * kBlock<T>;
     best = block_value(src + at);
   }
@@ -96,8 +96,8 @@ void run(const T* src, int32_t len, S&... s) {
         simd::prefetch_stream(reinterpret_cast<const char*>(src + b) + kPrefetch<T, kMinMax>);
     bool nan = false;
     V<T> folded[sizeof...(S)];
-    if constexpr (sizeof...(S) == 2) simd::fold_min_max(src + c, (e - c) / kLanes<T>, folded[0], folded[1], nan);
-    else folded[0] = simd::fold<S::kFold...>(src + c, (e - c) / kLanes<T>, nan);
+    if constexpr (sizeof...(S) == 2) fold_min_max(src + c, (e - c) / kLanes<T>, folded[0], folded[1], nan);
+    else folded[0] = fold<S::kFold...>(src + c, (e - c) / kLanes<T>, nan);
     if (nan) {
       for (int64_t b = c; b < e; b += kBlock<T>) (s.block(src, b), ...);
     } else {

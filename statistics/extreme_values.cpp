@@ -40,11 +40,11 @@ T block_pass(const T* src, int64_t from, int64_t n, V<T> acc) {
 template <Dir d, class View, class T>
 T block_extreme(const T* src, int64_t from, int64_t n, T seed) {
   constexpr bool kAbs = std::is_same_v<View, Abs>;
-  constexpr auto f = d == Dir::kMax ? (kAbs ? simd::Fold::kMaxAbs : simd::Fold::kMax)
-                                    : (kAbs ? simd::Fold::kMinAbs : simd::Fold::kMin);
+  constexpr auto f = d == Dir::kMax ? (kAbs ? Fold::kMaxAbs : Fold::kMax)
+                                    : (kAbs ? Fold::kMinAbs : Fold::kMin);
   if (from >= n) return seed;
   bool nan = false;
-  const T m = reduce<d>(simd::fold<f>(src + from, (n - from) / kLanes<T>, nan));
+  const T m = reduce<d>(fold<f>(src + from, (n - from) / kLanes<T>, nan));
   if (!nan && !(kFloat<T> && m == 0)) return beats<d>(seed, m) ? seed : m;
   return block_pass<d, View>(src, from, n, simd::splat<V<T>>(seed));
 }
@@ -78,7 +78,7 @@ ZIVKStatus min_max(const T* src, int32_t len, T* out_min, T* out_max) {
   if (n > 0) {
     bool nan = false;
     V<T> fmn, fmx;
-    simd::fold_min_max(src, n / kLanes<T>, fmn, fmx, nan);
+    fold_min_max(src, n / kLanes<T>, fmn, fmx, nan);
     mn = reduce<Dir::kMin>(fmn);
     mx = reduce<Dir::kMax>(fmx);
     slow = nan || (kFloat<T> && (mn == 0 || mx == 0));

@@ -5,7 +5,8 @@
 #include <limits>
 #include <type_traits>
 
-#include "core/frame.h"
+#include "core/lane.h"
+#include "statistics/folds.h"
 
 namespace zivks::extremes {
 
@@ -42,18 +43,8 @@ inline bool beats(T x, T best) {
 // Absolute values: floats lose the sign bit (NaN too), integers saturate.
 template <class T>
 inline T abs_scalar(T x) {
-  if constexpr (kFloat<T>) {
-    return fp::from_bits<T>(fp::to_bits(x) & ~(fp::bits_t<T>{1} << (sizeof(T) * 8 - 1)));
-  } else {
-    if (x == std::numeric_limits<T>::min()) return std::numeric_limits<T>::max();
-    return x < 0 ? static_cast<T>(-x) : x;
-  }
-}
-
-template <class T>
-inline V<T> abs_vec(const V<T>& v) {
-  if constexpr (kFloat<T>) return simd::abs(v);
-  else return simd::abs_sat(v);
+  if constexpr (kFloat<T>) return lane::clear_sign(x);
+  else return lane::abs_sat(x);
 }
 
 // Element views: the value as it stands, or its absolute value.
@@ -63,7 +54,7 @@ struct Plain {
 };
 struct Abs {
   template <class T> static T scalar(T x) { return abs_scalar(x); }
-  template <class T> static V<T> block(const V<T>& v) { return abs_vec(v); }
+  template <class T> static V<T> block(const V<T>& v) { return abs_block(v); }
 };
 
 }  // namespace zivks::extremes

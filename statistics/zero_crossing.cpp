@@ -28,7 +28,7 @@ using VF = simd::vec<float, 1>;
 
 // Four samples from p, as float32 lanes or as int16 widened to int32.
 inline VF four(const float* p) { return simd::load<VF>(p); }
-inline VI four(const int16_t* p) { return simd::load_widened(p); }
+inline VI four(const int16_t* p) { return simd::load_widen<VI>(p); }
 
 template <class T>
 inline bool sign_bit(T x) {
@@ -72,13 +72,13 @@ ZIVKStatus zero_crossing(const T* src, int32_t len_arg, float* out, int32_t kind
       const auto a = four(src + p), b = four(src + p + 1);
       acc = kind == 0 ? simd::count_negative_products(acc, a, b) : simd::count_sign_differences(acc, a, b);
     }
-    sum = simd::reduce_add_pairwise(simd::to_float(acc));
+    sum = simd::reduce_add_pairwise(simd::cvt_to_float<float>(acc));
   } else {
     VF acc = simd::zeros<VF>();
     for (uint64_t p = 0; p < nb; p += block) {
       for (uint64_t q = p; q < p + block; q += 4) {
         const auto d = simd::abs_diff(simd::sign_value(four(src + q)), simd::sign_value(four(src + q + 1)));
-        if constexpr (kInt) acc = simd::add(acc, simd::to_float(d));
+        if constexpr (kInt) acc = simd::add(acc, simd::cvt_to_float<float>(d));
         else acc = simd::add(acc, d);
       }
     }

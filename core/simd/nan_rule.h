@@ -5,6 +5,7 @@
 #pragma once
 
 #include "core/fp.h"
+#include "core/simd/vec.h"
 
 namespace zivks::simd {
 
@@ -13,6 +14,16 @@ template <class V>
   lanes<V> lr(r), la(a), lb(b);
   for (int i = 0; i < V::kLanes; ++i)
     if (fp::is_nan(lr.v[i])) lr.v[i] = fp::nan_of(la.v[i], lb.v[i]);
+  return lr.get();
+}
+
+// Lanes with a NaN operand get the NaN of the rule, for operations (the x86 max and min)
+// whose raw result there is not NaN.
+template <class V>
+[[gnu::cold, gnu::noinline]] V rebuild_nan_operands(V r, V a, V b) {
+  lanes<V> lr(r), la(a), lb(b);
+  for (int i = 0; i < V::kLanes; ++i)
+    if (fp::is_nan(la.v[i]) || fp::is_nan(lb.v[i])) lr.v[i] = fp::nan_of(la.v[i], lb.v[i]);
   return lr.get();
 }
 

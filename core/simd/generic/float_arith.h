@@ -1,33 +1,70 @@
-// Generic backend: float lane arithmetic, one IEEE operation per lane.
+// Generic backend: float lane arithmetic, one IEEE operation per lane with the NaN of the
+// library's rule (see core/fp.h).
 #pragma once
 
 #include "core/fp.h"
+#include "core/lane.h"
+#include "core/simd/generic/base.h"
 
 namespace zivks::simd {
 
-// fadd
+// ---- add
+// Returns a + b in each lane, rounded to nearest even; a NaN result is the NaN of the
+// rule (fadd).
 template <class T, int K>
 inline vec<T, K> add(const vec<T, K>& a, const vec<T, K>& b) {
   vec<T, K> r;
-  for (int i = 0; i < vec<T, K>::kLanes; ++i) r.r.v[i] = fp::add(a.r.v[i], b.r.v[i]);
+  for (int i = 0; i < vec<T, K>::kLanes; ++i) r.raw.v[i] = fp::add(a.raw.v[i], b.raw.v[i]);
   return r;
 }
 
-// fsub
+// ---- sub
+// Returns a - b in each lane, rounded to nearest even; a NaN result is the NaN of the
+// rule (fsub).
 template <class T, int K>
 inline vec<T, K> sub(const vec<T, K>& a, const vec<T, K>& b) {
   vec<T, K> r;
-  for (int i = 0; i < vec<T, K>::kLanes; ++i) r.r.v[i] = fp::sub(a.r.v[i], b.r.v[i]);
+  for (int i = 0; i < vec<T, K>::kLanes; ++i) r.raw.v[i] = fp::sub(a.raw.v[i], b.raw.v[i]);
   return r;
 }
 
-// The lane operations already give the NaN the library wants, so there is nothing to
-// test or do again (see the x86 backend).
+// ---- add_raw, sub_raw, mul_raw
+// Return a + b, a - b, a * b as add and sub do, except that a NaN lane holds some NaN,
+// not necessarily the rule's (fadd, fsub, fmul). A caller either tests the results with
+// any_nan and does them again with add or sub, or has no use for the NaN (a conversion
+// to integers makes every NaN 0). Here the lanes already hold the rule's NaN.
 template <class T, int K>
 inline vec<T, K> add_raw(const vec<T, K>& a, const vec<T, K>& b) { return add(a, b); }
 template <class T, int K>
 inline vec<T, K> sub_raw(const vec<T, K>& a, const vec<T, K>& b) { return sub(a, b); }
+template <class T, int K>
+inline vec<T, K> mul_raw(const vec<T, K>& a, const vec<T, K>& b) {
+  vec<T, K> r;
+  for (int i = 0; i < vec<T, K>::kLanes; ++i) r.raw.v[i] = fp::mul(a.raw.v[i], b.raw.v[i]);
+  return r;
+}
+
+// ---- any_nan
+// Returns whether a raw result needs its NaN lanes chosen again: here never, as the raw
+// operations already follow the rule.
 template <class T, int K, class... Rest>
 inline bool any_nan(const vec<T, K>&, const Rest&...) { return false; }
+
+// ---- clear_sign
+// Returns a with the sign bit of every lane cleared; a NaN keeps its payload (fabs).
+template <class T, int K>
+inline vec<T, K> clear_sign(const vec<T, K>& a) {
+  vec<T, K> r;
+  for (int i = 0; i < vec<T, K>::kLanes; ++i) r.raw.v[i] = lane::clear_sign(a.raw.v[i]);
+  return r;
+}
+
+// ---- reduce_add_pairwise
+// Returns (l0 + l1) + (l2 + l3) of the four float lanes, each sum by the NaN rule
+// (faddp, faddp).
+inline float reduce_add_pairwise(const vec<float, 1>& a) {
+  const float* v = a.raw.v;
+  return fp::add(fp::add(v[0], v[1]), fp::add(v[2], v[3]));
+}
 
 }  // namespace zivks::simd

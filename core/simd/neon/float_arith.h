@@ -1,6 +1,10 @@
-// NEON backend: float lane arithmetic. The compiler may swap the operands of fadd, so a
-// NaN result has its payload chosen again by the operand order the family meant.
+// NEON backend: float lane arithmetic. The compiler may swap the operands of fadd and
+// fmul, so a NaN result has its payload chosen again by the operand order the family
+// meant.
 #pragma once
+
+#include "core/simd/nan_rule.h"
+#include "core/simd/neon/base.h"
 
 namespace zivks::simd {
 
@@ -14,39 +18,55 @@ inline bool any_nan(float64x2_t x) {
 
 }  // namespace neon
 
-// fadd
-template <class T, int K>
-inline vec<T, K> add(const vec<T, K>& a, const vec<T, K>& b) {
-  vec<T, K> r;
-  if constexpr (std::is_same_v<T, float>) r.r = vaddq_f32(a.r, b.r);
-  else r.r = vaddq_f64(a.r, b.r);
-  return __builtin_expect(neon::any_nan(r.r), 0) ? rebuild_nans(r, a, b) : r;
-}
-
-// fsub
-template <class T, int K>
-inline vec<T, K> sub(const vec<T, K>& a, const vec<T, K>& b) {
-  vec<T, K> r;
-  if constexpr (std::is_same_v<T, float>) r.r = vsubq_f32(a.r, b.r);
-  else r.r = vsubq_f64(a.r, b.r);
-  return __builtin_expect(neon::any_nan(r.r), 0) ? rebuild_nans(r, a, b) : r;
-}
-
-// fadd and fsub whose NaN lanes may come from swapped operands; a caller tests such
-// results with any_nan and, in the rare case, does them again with add or sub.
+// ---- add_raw, sub_raw, mul_raw
 template <class T, int K>
 inline vec<T, K> add_raw(const vec<T, K>& a, const vec<T, K>& b) {
-  if constexpr (std::is_same_v<T, float>) return {vaddq_f32(a.r, b.r)};
-  else return {vaddq_f64(a.r, b.r)};
+  if constexpr (std::is_same_v<T, float>) return {vaddq_f32(a.raw, b.raw)};
+  else return {vaddq_f64(a.raw, b.raw)};
 }
 template <class T, int K>
 inline vec<T, K> sub_raw(const vec<T, K>& a, const vec<T, K>& b) {
-  if constexpr (std::is_same_v<T, float>) return {vsubq_f32(a.r, b.r)};
-  else return {vsubq_f64(a.r, b.r)};
+  if constexpr (std::is_same_v<T, float>) return {vsubq_f32(a.raw, b.raw)};
+  else return {vsubq_f64(a.raw, b.raw)};
 }
+template <class T, int K>
+inline vec<T, K> mul_raw(const vec<T, K>& a, const vec<T, K>& b) {
+  if constexpr (std::is_same_v<T, float>) return {vmulq_f32(a.raw, b.raw)};
+  else return {vmulq_f64(a.raw, b.raw)};
+}
+
+// ---- any_nan
 template <class T, int K, class... Rest>
 inline bool any_nan(const vec<T, K>& r0, const Rest&... rest) {
-  return (neon::any_nan(r0.r) || ... || neon::any_nan(rest.r));
+  return (neon::any_nan(r0.raw) || ... || neon::any_nan(rest.raw));
+}
+
+// ---- add
+template <class T, int K>
+inline vec<T, K> add(const vec<T, K>& a, const vec<T, K>& b) {
+  const vec<T, K> r = add_raw(a, b);
+  return __builtin_expect(neon::any_nan(r.raw), 0) ? rebuild_nans(r, a, b) : r;
+}
+
+// ---- sub
+template <class T, int K>
+inline vec<T, K> sub(const vec<T, K>& a, const vec<T, K>& b) {
+  const vec<T, K> r = sub_raw(a, b);
+  return __builtin_expect(neon::any_nan(r.raw), 0) ? rebuild_nans(r, a, b) : r;
+}
+
+// ---- clear_sign
+template <class T, int K>
+inline vec<T, K> clear_sign(const vec<T, K>& a) {
+  if constexpr (std::is_same_v<T, float>) return {vabsq_f32(a.raw)};
+  else return {vabsq_f64(a.raw)};
+}
+
+// ---- reduce_add_pairwise
+inline float reduce_add_pairwise(const vec<float, 1>& a) {
+  const vec<float, 1> e{vuzp1q_f32(a.raw, a.raw)}, o{vuzp2q_f32(a.raw, a.raw)};
+  const vec<float, 1> p = add(e, o);  // l0 + l1, l2 + l3
+  return vgetq_lane_f32(add(p, vec<float, 1>{vextq_f32(p.raw, p.raw, 1)}).raw, 0);
 }
 
 }  // namespace zivks::simd

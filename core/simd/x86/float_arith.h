@@ -1,92 +1,72 @@
-// x86 backend: float lane arithmetic. The sums and differences are those of the Arm
-// unit; only a NaN result needs its payload chosen again.
+// x86 backend: float lane arithmetic. The sums, differences and products are those of
+// the Arm unit; only a NaN result needs its payload chosen again.
 #pragma once
+
+#include "core/simd/nan_rule.h"
+#include "core/simd/x86/base.h"
 
 namespace zivks::simd {
 
 namespace x86 {
 
-template <class T, int K>
-inline bool any_nan(const vec<T, K>& v) {
-  const auto x = v.r;
-  if constexpr (std::is_same_v<T, float>) {
-    if constexpr (K == 1) return _mm_movemask_ps(_mm_cmpunord_ps(x, x)) != 0;
-#if defined(__AVX2__)
-    else if constexpr (K == 2) return _mm256_movemask_ps(_mm256_cmp_ps(x, x, _CMP_UNORD_Q)) != 0;
-#endif
-#if defined(__AVX512F__)
-    else return _mm512_cmp_ps_mask(x, x, _CMP_UNORD_Q) != 0;
-#endif
-  } else {
-    if constexpr (K == 1) return _mm_movemask_pd(_mm_cmpunord_pd(x, x)) != 0;
-#if defined(__AVX2__)
-    else if constexpr (K == 2) return _mm256_movemask_pd(_mm256_cmp_pd(x, x, _CMP_UNORD_Q)) != 0;
-#endif
-#if defined(__AVX512F__)
-    else return _mm512_cmp_pd_mask(x, x, _CMP_UNORD_Q) != 0;
-#endif
-  }
-}
-
-// A bit for each lane in which x or y is NaN.
-template <class T, int K>
-inline uint32_t unordered(const vec<T, K>& x, const vec<T, K>& y) {
-  if constexpr (std::is_same_v<T, float>) {
-    if constexpr (K == 1) return _mm_movemask_ps(_mm_cmpunord_ps(x.r, y.r));
-#if defined(__AVX2__)
-    else if constexpr (K == 2) return _mm256_movemask_ps(_mm256_cmp_ps(x.r, y.r, _CMP_UNORD_Q));
-#endif
-#if defined(__AVX512F__)
-    else return _mm512_cmp_ps_mask(x.r, y.r, _CMP_UNORD_Q);
-#endif
-  } else {
-    if constexpr (K == 1) return _mm_movemask_pd(_mm_cmpunord_pd(x.r, y.r));
-#if defined(__AVX2__)
-    else if constexpr (K == 2) return _mm256_movemask_pd(_mm256_cmp_pd(x.r, y.r, _CMP_UNORD_Q));
-#endif
-#if defined(__AVX512F__)
-    else return _mm512_cmp_pd_mask(x.r, y.r, _CMP_UNORD_Q);
-#endif
-  }
-}
-
 // A bit for each lane that is NaN in any of the registers: one compare per pair.
 template <class V>
-inline uint32_t nan_lanes(const V& r0) { return unordered(r0, r0); }
+inline uint32_t nan_lanes(const V& r0) {
+  return ops<V::kBlocks>::unordered(r0.raw, r0.raw);
+}
 template <class V, class... Rest>
 inline uint32_t nan_lanes(const V& r0, const V& r1, const Rest&... rest) {
-  if constexpr (sizeof...(Rest) == 0) return unordered(r0, r1);
-  else return unordered(r0, r1) | nan_lanes(rest...);
+  const uint32_t m = ops<V::kBlocks>::unordered(r0.raw, r1.raw);
+  if constexpr (sizeof...(Rest) == 0) return m;
+  else return m | nan_lanes(rest...);
 }
 
 }  // namespace x86
 
-// fadd and fsub as the x86 unit does them: the same sums and differences, but a NaN lane
-// may hold another NaN than the Arm one. A caller tests such results with any_nan and,
-// in the rare case, does them again with add or sub.
+// ---- add_raw, sub_raw, mul_raw
+// The x86 unit gives the same sums, differences and products, but a NaN lane may hold
+// another NaN than the Arm one.
 template <class T, int K>
-inline vec<T, K> add_raw(const vec<T, K>& a, const vec<T, K>& b) { return {a.r + b.r}; }
+inline vec<T, K> add_raw(const vec<T, K>& a, const vec<T, K>& b) { return {a.raw + b.raw}; }
 template <class T, int K>
-inline vec<T, K> sub_raw(const vec<T, K>& a, const vec<T, K>& b) { return {a.r - b.r}; }
+inline vec<T, K> sub_raw(const vec<T, K>& a, const vec<T, K>& b) { return {a.raw - b.raw}; }
+template <class T, int K>
+inline vec<T, K> mul_raw(const vec<T, K>& a, const vec<T, K>& b) { return {a.raw * b.raw}; }
 
-// Whether any lane of the registers is NaN.
+// ---- any_nan
 template <class T, int K, class... Rest>
 inline bool any_nan(const vec<T, K>& r0, const Rest&... rest) {
   return x86::nan_lanes(r0, rest...) != 0;
 }
 
-// fadd
+// ---- add
 template <class T, int K>
 inline vec<T, K> add(const vec<T, K>& a, const vec<T, K>& b) {
-  vec<T, K> r{a.r + b.r};
-  return __builtin_expect(x86::any_nan(r), 0) ? rebuild_nans(r, a, b) : r;
+  const vec<T, K> r = add_raw(a, b);
+  return __builtin_expect(any_nan(r), 0) ? rebuild_nans(r, a, b) : r;
 }
 
-// fsub
+// ---- sub
 template <class T, int K>
 inline vec<T, K> sub(const vec<T, K>& a, const vec<T, K>& b) {
-  vec<T, K> r{a.r - b.r};
-  return __builtin_expect(x86::any_nan(r), 0) ? rebuild_nans(r, a, b) : r;
+  const vec<T, K> r = sub_raw(a, b);
+  return __builtin_expect(any_nan(r), 0) ? rebuild_nans(r, a, b) : r;
+}
+
+// ---- clear_sign
+template <class T, int K>
+inline vec<T, K> clear_sign(const vec<T, K>& a) {
+  using O = x86::ops<K>;
+  if constexpr (std::is_same_v<T, float>) return x86::of_bits<T, K>(x86::bits(a) & O::set1_32(0x7FFFFFFF));
+  else return x86::of_bits<T, K>(x86::bits(a) & O::set1_64(0x7FFFFFFFFFFFFFFFll));
+}
+
+// ---- reduce_add_pairwise
+inline float reduce_add_pairwise(const vec<float, 1>& a) {
+  const vec<float, 1> s{_mm_shuffle_ps(a.raw, a.raw, _MM_SHUFFLE(2, 3, 0, 1))};
+  const vec<float, 1> p = add(a, s);  // l0 + l1 | l2 + l3
+  const vec<float, 1> h{_mm_movehl_ps(p.raw, p.raw)};
+  return _mm_cvtss_f32(add(p, h).raw);
 }
 
 }  // namespace zivks::simd

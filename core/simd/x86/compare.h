@@ -1,0 +1,61 @@
+// x86 backend: lane compares and the bitwise select. SSE compares only signed integers;
+// the masks are the all-ones lanes of the Arm compares.
+#pragma once
+
+#include "core/simd/x86/bitwise.h"
+
+namespace zivks::simd {
+
+namespace x86 {
+
+template <int imm, class T, int K>
+inline vec<T, K> float_cmp(const vec<T, K>& a, const vec<T, K>& b) {
+  return vec<T, K>{ops<K>::template cmp<imm>(a.raw, b.raw)};
+}
+
+}  // namespace x86
+
+// ---- cmp_eq
+template <class T, int K>
+inline vec<T, K> cmp_eq(const vec<T, K>& a, const vec<T, K>& b) {
+  using O = x86::ops<K>;
+  if constexpr (std::is_floating_point_v<T>) return x86::float_cmp<_CMP_EQ_OQ>(a, b);
+  else if constexpr (sizeof(T) == 1) return vec<T, K>{O::cmpeq8(a.raw, b.raw)};
+  else if constexpr (sizeof(T) == 2) return vec<T, K>{O::cmpeq16(a.raw, b.raw)};
+  else if constexpr (sizeof(T) == 4) return vec<T, K>{O::cmpeq32(a.raw, b.raw)};
+  else return vec<T, K>{O::cmpeq64(a.raw, b.raw)};
+}
+
+// ---- cmp_gt
+template <class T, int K>
+inline vec<T, K> cmp_gt(const vec<T, K>& a, const vec<T, K>& b) {
+  static_assert(!std::is_unsigned_v<T>, "no unsigned compare yet");
+  using O = x86::ops<K>;
+  if constexpr (std::is_floating_point_v<T>) return x86::float_cmp<_CMP_GT_OQ>(a, b);
+  else if constexpr (sizeof(T) == 1) return vec<T, K>{O::cmpgt8(a.raw, b.raw)};
+  else if constexpr (sizeof(T) == 2) return vec<T, K>{O::cmpgt16(a.raw, b.raw)};
+  else if constexpr (sizeof(T) == 4) return vec<T, K>{O::cmpgt32(a.raw, b.raw)};
+  else return vec<T, K>{O::cmpgt64(a.raw, b.raw)};
+}
+
+// ---- cmp_lt
+template <class T, int K>
+inline vec<T, K> cmp_lt(const vec<T, K>& a, const vec<T, K>& b) {
+  if constexpr (std::is_floating_point_v<T>) return x86::float_cmp<_CMP_LT_OQ>(a, b);
+  else return cmp_gt(b, a);
+}
+
+// ---- select
+// Every lane of a mask is all ones or all zeros, so a byte blend selects as bsl does.
+template <class T, int K>
+inline vec<T, K> select(const vec<T, K>& m, const vec<T, K>& a, const vec<T, K>& b) {
+  return x86::of_bits<T, K>(x86::ops<K>::blendv8(x86::bits(b), x86::bits(a), x86::bits(m)));
+}
+
+// ---- any_true
+template <class T, int K>
+inline bool any_true(const vec<T, K>& m) {
+  return x86::ops<K>::any(x86::bits(m));
+}
+
+}  // namespace zivks::simd
