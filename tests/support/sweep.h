@@ -4,9 +4,10 @@
 //   - statuses in order: null pointers first, then len < 1, then the family's own
 //     parameters, and nothing written after an error;
 //   - over lengths crossing every block boundary, misaligned and guarded buffers:
-//     the rule, nothing written outside the output, the in-place form equal to the
-//     out-of-place one, each element equal to its own call of length 1 (where block and
-//     tail agree), and the generic-backend twin equal bit for bit.
+//     the rule, nothing written outside the output, the in-place form and a call whose
+//     dst is its first source equal to the out-of-place call, each element equal to its
+//     own call of length 1 (where block and tail agree), and the generic twin equal bit
+//     for bit.
 #pragma once
 
 #include <functional>
@@ -46,6 +47,7 @@ struct Member {
   std::function<int32_t(int32_t)> out_len = [](int32_t n) { return n; };
   bool alone = true;             // an element's result does not depend on where it lies
   bool nullable_sources = false;  // a null source has a meaning of its own
+  bool overlap = true;           // dst may be the first source (element-wise members)
   std::function<bool(const D&, const D&)> same = [](const D& x, const D& y) { return same_bits(x, y); };
   // Source values for a call with parameter p.
   std::function<void(S*, size_t, const P&, Rng&)> fill = [](S* s, size_t k, const P&, Rng& r) { fill_random(s, k, r); };
@@ -127,6 +129,11 @@ void check_sweep(const Member<S, D, P>& m) {
           ASSERT_EQ(m.in_place(false, a.data(), b2, p, ip.data(), len), 0);
           ASSERT_EQ(first_difference(ip.data(), d.data(), out), -1) << "in place";
           ASSERT_TRUE(ip.guards_intact()) << "in place";
+        }
+        if (m.overlap && out == k) {
+          memcpy(static_cast<void*>(ip.data()), a.data(), k * sizeof(S));
+          ASSERT_EQ(m.call(false, ip.data(), b2, p, ip.data(), len), 0);
+          ASSERT_EQ(first_difference(ip.data(), d.data(), out), -1) << "dst equal to the first source";
         }
       }
       if (m.alone) {
