@@ -107,6 +107,9 @@ CoreRecord& core_record();
 namespace zt {
 // The float type of an element's parts.
 template <class E> struct part_of_t { using type = E; };
+template <> struct part_of_t<ZIVK16sc> { using type = int16_t; };
+template <> struct part_of_t<ZIVK32sc> { using type = int32_t; };
+template <> struct part_of_t<ZIVK64sc> { using type = int64_t; };
 template <> struct part_of_t<ZIVK32fc> { using type = float; };
 template <> struct part_of_t<ZIVK64fc> { using type = double; };
 template <class E> using part_of = typename part_of_t<E>::type;
