@@ -3,133 +3,45 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include <functional>
-
-#include "support/zt.h"
+#include "support/sweep.h"
 
 namespace {
 
+// The plain C shift of the same width (arithmetic for signed T); a count beyond the
+// width gives 0, except in the signed right shifts, which shift by width - 1 instead.
 template <class T>
-struct Member {
-  const char* name;
-  bool left;
-  bool lowers_count;  // a count beyond the width shifts by width - 1 instead of zeroing
-  std::function<ZIVKStatus(const T*, int, T*, int)> fn, twin;
-  std::function<ZIVKStatus(int, T*, int)> in_place;
-};
-
-#define ZT_SHIFT(op, code, left, lowers)                                                   \
-  Member<T>{#op "_" #code, left, lowers,                                                   \
-            [](const T* s, int n, T* d, int len) { return ZIVKS_##op##_##code(s, n, d, len); }, \
-            [](const T* s, int n, T* d, int len) {                                         \
-              auto t = ZT_TWIN(ZIVKS_##op##_##code);                                       \
-              return t ? t(s, n, d, len) : -1;                                             \
-            },                                                                             \
-            [](int n, T* d, int len) { return ZIVKS_##op##_##code##_I(n, d, len); }}
-
-template <class T> std::vector<Member<T>> members();
-template <> std::vector<Member<uint8_t>> members() {
-  using T = uint8_t;
-  return {ZT_SHIFT(LShiftC, 8u, true, false), ZT_SHIFT(RShiftC, 8u, false, false)};
-}
-template <> std::vector<Member<uint16_t>> members() {
-  using T = uint16_t;
-  return {ZT_SHIFT(LShiftC, 16u, true, false), ZT_SHIFT(RShiftC, 16u, false, false)};
-}
-template <> std::vector<Member<int16_t>> members() {
-  using T = int16_t;
-  return {ZT_SHIFT(LShiftC, 16s, true, false), ZT_SHIFT(RShiftC, 16s, false, true)};
-}
-template <> std::vector<Member<int32_t>> members() {
-  using T = int32_t;
-  return {ZT_SHIFT(LShiftC, 32s, true, false), ZT_SHIFT(RShiftC, 32s, false, true)};
-}
-
-// The plain C shift of the same width, with the rules for counts beyond it.
-template <class T>
-T expected(const Member<T>& m, T x, int s) {
-  constexpr int w = 8 * sizeof(T);
-  if (s >= w) {
-    if (!m.lowers_count) return 0;
-    s = w - 1;
-  }
-  if (m.left) return static_cast<T>(static_cast<uint64_t>(x) << s);
-  return static_cast<T>(static_cast<int64_t>(x) >> s);  // the sign comes along for signed T
-}
-
-template <class T>
-class Shifts : public ::testing::Test {};
-using Types = ::testing::Types<uint8_t, uint16_t, int16_t, int32_t>;
-TYPED_TEST_SUITE(Shifts, Types);
-
-// Pointers, then the length, then the count; the in-place forms check their pointer and
-// length themselves and leave a negative count to the twin.
-TYPED_TEST(Shifts, StatusesInOrderAndNothingWritten) {
-  using T = TypeParam;
-  for (const auto& m : members<T>()) {
-    zt::Guarded<T> s(4), d(4);
-    EXPECT_EQ(m.fn(nullptr, 1, d.data(), 4), ZIVK_STS_NULL_PTR_ERR) << m.name;
-    EXPECT_EQ(m.fn(s.data(), -1, nullptr, 0), ZIVK_STS_NULL_PTR_ERR) << m.name;
-    EXPECT_EQ(m.fn(s.data(), -1, d.data(), 0), ZIVK_STS_SIZE_ERR) << m.name;
-    EXPECT_EQ(m.fn(s.data(), 1, d.data(), -5), ZIVK_STS_SIZE_ERR) << m.name;
-    EXPECT_EQ(m.fn(s.data(), -1, d.data(), 4), ZIVK_STS_SHIFT_ERR) << m.name;
-    EXPECT_EQ(m.fn(s.data(), INT_MIN, d.data(), 4), ZIVK_STS_SHIFT_ERR) << m.name;
-    EXPECT_TRUE(d.untouched()) << m.name;
-    EXPECT_EQ(m.in_place(0, nullptr, 4), ZIVK_STS_NULL_PTR_ERR) << m.name;
-    EXPECT_EQ(m.in_place(-1, d.data(), 0), ZIVK_STS_SIZE_ERR) << m.name;
-    EXPECT_EQ(m.in_place(-1, d.data(), 4), ZIVK_STS_SHIFT_ERR) << m.name;
-    EXPECT_TRUE(d.untouched()) << m.name;
-  }
-}
-
-// Over every path (copy, shift, beyond the width), lengths crossing every block boundary
-// and random bits: the plain C shift, the in-place form, the generic backend, guards.
-TYPED_TEST(Shifts, MatchesCShifts) {
-  using T = TypeParam;
-  constexpr int w = 8 * sizeof(T);
-  zt::Rng rng(31);
-  for (const auto& m : members<T>()) {
-    for (int s : {0, 1, 2, w / 2 - 1, w - 1, w, w + 1, 100, INT_MAX}) {
-      for (int len : zt::test_lengths()) {
-        const size_t mis = (rng() % 2) * sizeof(T);
-        zt::Guarded<T> a(len, mis), d(len, mis), t(len), in(len, mis);
-        zt::fill_random(a.data(), len, rng);
-        ASSERT_EQ(m.fn(a.data(), s, d.data(), len), 0);
-        ASSERT_TRUE(d.guards_intact()) << m.name << " shift " << s << " len " << len;
-        for (int i = 0; i < len; ++i)
-          ASSERT_EQ(d[i], expected(m, a[i], s)) << m.name << " shift " << s << " len " << len << " at " << i;
-        for (int i = 0; i < len; ++i) in[i] = a[i];
-        ASSERT_EQ(m.in_place(s, in.data(), len), 0);
-        EXPECT_EQ(zt::first_difference(in.data(), d.data(), len), -1) << m.name << " in place";
-        EXPECT_TRUE(in.guards_intact()) << m.name;
-        if (m.twin(a.data(), s, t.data(), len) != -1) {
-          EXPECT_EQ(zt::first_difference(t.data(), d.data(), len), -1)
-              << m.name << " generic backend, shift " << s << " len " << len;
-        }
-      }
+void check(const char* name, bool left, typename zt::Member<T>::Call call, typename zt::Member<T>::Call in_place) {
+  zt::Member<T> m;
+  m.name = name;
+  m.call = call;
+  m.in_place = in_place;
+  m.rule = zt::each<T, T, int>([left](T x, T, int s, int, int) {
+    constexpr int w = 8 * sizeof(T);
+    if (s >= w) {
+      if (left || std::is_unsigned_v<T>) return T(0);
+      s = w - 1;
     }
-  }
+    if (left) return static_cast<T>(static_cast<uint64_t>(x) << s);
+    return static_cast<T>(static_cast<int64_t>(x) >> s);
+  });
+  constexpr int w = 8 * sizeof(T);
+  m.params = {0, 1, 2, w / 2 - 1, w - 1, w, w + 1, 100, INT_MAX};
+  m.bad = {{-1, ZIVK_STS_SHIFT_ERR}, {INT_MIN, ZIVK_STS_SHIFT_ERR}};
+  zt::check_member(m);
 }
 
-TEST(Shifts, Examples) {
-  uint8_t u8[2] = {3, 255}, r8[2];
-  ASSERT_EQ(ZIVKS_LShiftC_8u(u8, 7, r8, 1), 0);
-  EXPECT_EQ(r8[0], 128);
-  ASSERT_EQ(ZIVKS_RShiftC_8u(u8 + 1, 1, r8, 1), 0);
-  EXPECT_EQ(r8[0], 127);
-  int16_t s16[3] = {16384, -5, 5}, r16[3];
-  ASSERT_EQ(ZIVKS_LShiftC_16s(s16, 1, r16, 1), 0);
-  EXPECT_EQ(r16[0], -32768);  // wraps into the sign
-  ASSERT_EQ(ZIVKS_RShiftC_16s(s16 + 1, 100, r16, 2), 0);
-  EXPECT_EQ(r16[0], -1);
-  EXPECT_EQ(r16[1], 0);
-  int32_t s32[1] = {-3}, r32[1];
-  ASSERT_EQ(ZIVKS_RShiftC_32s(s32, 1, r32, 1), 0);
-  EXPECT_EQ(r32[0], -2);  // toward minus infinity
+#define ZT_SHIFTS(code, T)                                                                                      \
+  check<T>("LShiftC_" #code, true, ZT_CALL(ZIVKS_LShiftC_##code, a, p, d, n), ZT_CALL(ZIVKS_LShiftC_##code##_I, p, d, n)); \
+  check<T>("RShiftC_" #code, false, ZT_CALL(ZIVKS_RShiftC_##code, a, p, d, n), ZT_CALL(ZIVKS_RShiftC_##code##_I, p, d, n))
+
+TEST(Shifts, EveryMemberIsTheCShift) {
+  ZT_SHIFTS(8u, uint8_t);
+  ZT_SHIFTS(16u, uint16_t);
+  ZT_SHIFTS(16s, int16_t);
+  ZT_SHIFTS(32s, int32_t);
 }
 
-// Memory the test can forbid: a page with no access, or read-only, so that a read or
-// a write where none is allowed faults.
+// Memory the test can forbid: a page with no access, or read-only.
 struct Page {
   long size = sysconf(_SC_PAGESIZE);
   void* p;
@@ -156,7 +68,6 @@ TEST(Shifts, UntouchedMemory) {
   std::vector<int32_t> s32(11, 7);
   ASSERT_EQ(ZIVKS_LShiftC_32s(static_cast<const int32_t*>(none.p), 32, s32.data(), 11), 0);
   EXPECT_EQ(s32, std::vector<int32_t>(11, 0));
-
   EXPECT_EQ(ZIVKS_LShiftC_8u_I(0, static_cast<uint8_t*>(ro.p), 100), 0);
   EXPECT_EQ(ZIVKS_LShiftC_16u_I(0, static_cast<uint16_t*>(ro.p), 100), 0);
   EXPECT_EQ(ZIVKS_LShiftC_16s_I(0, static_cast<int16_t*>(ro.p), 100), 0);

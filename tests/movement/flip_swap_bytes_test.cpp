@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <numeric>
 
-#include "support/zt.h"
+#include "support/sweep.h"
 
 namespace {
 
@@ -68,155 +68,54 @@ TEST(Flip, NarrowInPlaceKeepsItsSteps) {
   check_narrow<uint16_t>(ZIVKS_Flip_16u_I, ZIVKS_Flip_16u, 300);
 }
 
-// All flips over random bits, lengths and alignments: out of place is a reversal, the
-// plain in-place forms too, the generic backend agrees, guards hold.
+// Out of place a reversal; in place the same for elements wider than 16 bits.
 template <class E>
-struct FlipFns {
-  ZIVKStatus (*fn)(const E*, E*, int32_t);
-  ZIVKStatus (*in_place)(E*, int32_t);
-  decltype(fn) twin;
-  decltype(in_place) twin_in_place;
-};
-#define ZT_FLIP(code) \
-  FlipFns<E> { ZIVKS_Flip_##code, ZIVKS_Flip_##code##_I, ZT_TWIN(ZIVKS_Flip_##code), ZT_TWIN(ZIVKS_Flip_##code##_I) }
-
-template <class E> FlipFns<E> flip_fns();
-template <> FlipFns<uint8_t> flip_fns() { using E = uint8_t; return ZT_FLIP(8u); }
-template <> FlipFns<uint16_t> flip_fns() { using E = uint16_t; return ZT_FLIP(16u); }
-template <> FlipFns<float> flip_fns() { using E = float; return ZT_FLIP(32f); }
-template <> FlipFns<double> flip_fns() { using E = double; return ZT_FLIP(64f); }
-template <> FlipFns<ZIVK32fc> flip_fns() { using E = ZIVK32fc; return ZT_FLIP(32fc); }
-template <> FlipFns<ZIVK64fc> flip_fns() { using E = ZIVK64fc; return ZT_FLIP(64fc); }
-
-template <class E>
-class FlipAll : public ::testing::Test {};
-using FlipTypes = ::testing::Types<uint8_t, uint16_t, float, double, ZIVK32fc, ZIVK64fc>;
-TYPED_TEST_SUITE(FlipAll, FlipTypes);
-
-TYPED_TEST(FlipAll, ReversesAndAgrees) {
-  using E = TypeParam;
-  const auto f = flip_fns<E>();
-  zt::Guarded<E> s(4), d(4);
-  EXPECT_EQ(f.fn(nullptr, d.data(), 0), ZIVK_STS_NULL_PTR_ERR);
-  EXPECT_EQ(f.fn(s.data(), nullptr, 4), ZIVK_STS_NULL_PTR_ERR);
-  EXPECT_EQ(f.fn(s.data(), d.data(), 0), ZIVK_STS_SIZE_ERR);
-  EXPECT_EQ(f.in_place(nullptr, -1), ZIVK_STS_NULL_PTR_ERR);
-  EXPECT_EQ(f.in_place(d.data(), -1), ZIVK_STS_SIZE_ERR);
-  EXPECT_TRUE(d.untouched());
-
-  zt::Rng rng(77);
-  const bool plain = sizeof(E) > 2;  // the narrow in-place forms are checked above
-  for (int len : zt::test_lengths()) {
-    const size_t mis = (rng() % 2) * alignof(E);
-    zt::Guarded<E> src(len, mis), dst(len, mis), in(len, mis), twin(len);
-    zt::fill_random(src.data(), len, rng);
-    ASSERT_EQ(f.fn(src.data(), dst.data(), len), 0);
-    ASSERT_TRUE(dst.guards_intact());
-    for (int i = 0; i < len; ++i)
-      ASSERT_TRUE(zt::same_bits(dst[len - 1 - i], src[i])) << "len " << len << " element " << i;
-    for (int i = 0; i < len; ++i) in[i] = src[i];
-    ASSERT_EQ(f.in_place(in.data(), len), 0);
-    ASSERT_TRUE(in.guards_intact());
-    if (plain) {
-      EXPECT_EQ(zt::first_difference(in.data(), dst.data(), len), -1) << "in place, len " << len;
-    }
-    if (f.twin) {
-      ASSERT_EQ(f.twin(src.data(), twin.data(), len), 0);
-      EXPECT_EQ(zt::first_difference(twin.data(), dst.data(), len), -1) << "generic, len " << len;
-      for (int i = 0; i < len; ++i) twin[i] = src[i];
-      ASSERT_EQ(f.twin_in_place(twin.data(), len), 0);
-      EXPECT_EQ(zt::first_difference(twin.data(), in.data(), len), -1) << "generic in place, len " << len;
-    }
-  }
+void check_flip(const char* name, typename zt::Member<E>::Call call, typename zt::Member<E>::Call in_place) {
+  zt::Member<E> m;
+  m.name = name;
+  m.call = call;
+  if (sizeof(E) > 2) m.in_place = in_place;
+  m.rule = [](const E* a, const E*, int, int32_t n, E* want) { std::reverse_copy(a, a + n, want); };
+  m.alone = m.overlap = false;
+  zt::check_member(m);
+  m.call = nullptr;  // the narrow in-place forms keep their own steps, checked above
+  m.in_place = in_place;
+  if (sizeof(E) <= 2) zt::check_statuses(m);
 }
 
-// SwapBytes of 16-, 32- and 64-bit elements.
+// The bytes of each element in reverse order; 24-bit samples exchange their outer bytes.
 template <class T>
-struct SwapFns {
-  ZIVKStatus (*fn)(const T*, T*, int32_t);
-  ZIVKStatus (*in_place)(T*, int32_t);
-  decltype(fn) twin;
-};
-template <class T> SwapFns<T> swap_fns();
-template <> SwapFns<uint16_t> swap_fns() { return {ZIVKS_SwapBytes_16u, ZIVKS_SwapBytes_16u_I, ZT_TWIN(ZIVKS_SwapBytes_16u)}; }
-template <> SwapFns<uint32_t> swap_fns() { return {ZIVKS_SwapBytes_32u, ZIVKS_SwapBytes_32u_I, ZT_TWIN(ZIVKS_SwapBytes_32u)}; }
-template <> SwapFns<uint64_t> swap_fns() { return {ZIVKS_SwapBytes_64u, ZIVKS_SwapBytes_64u_I, ZT_TWIN(ZIVKS_SwapBytes_64u)}; }
-
-template <class T>
-class SwapBytes : public ::testing::Test {};
-using SwapTypes = ::testing::Types<uint16_t, uint32_t, uint64_t>;
-TYPED_TEST_SUITE(SwapBytes, SwapTypes);
-
-TYPED_TEST(SwapBytes, ReversesBytesOfEachElement) {
-  using T = TypeParam;
-  const auto f = swap_fns<T>();
-  zt::Guarded<T> g(4);
-  // The in-place form is its twin with the pointer twice: the twin's statuses.
-  EXPECT_EQ(f.in_place(nullptr, 0), ZIVK_STS_NULL_PTR_ERR);
-  EXPECT_EQ(f.in_place(g.data(), 0), ZIVK_STS_SIZE_ERR);
-  EXPECT_EQ(f.fn(g.data(), nullptr, 4), ZIVK_STS_NULL_PTR_ERR);
-  EXPECT_EQ(f.fn(g.data(), g.data(), -4), ZIVK_STS_SIZE_ERR);
-  EXPECT_TRUE(g.untouched());
-  zt::Rng rng(5);
-  for (int len : zt::test_lengths()) {
-    const size_t mis = (rng() % 2) * sizeof(T);
-    zt::Guarded<T> src(len, mis), dst(len), back(len, mis), twin(len);
-    zt::fill_random(src.data(), len, rng);
-    ASSERT_EQ(f.fn(src.data(), dst.data(), len), 0);
-    ASSERT_TRUE(dst.guards_intact());
-    for (int i = 0; i < len; ++i) {
-      const auto* a = reinterpret_cast<const uint8_t*>(&src[i]);
-      const auto* b = reinterpret_cast<const uint8_t*>(&dst[i]);
-      for (size_t k = 0; k < sizeof(T); ++k) ASSERT_EQ(b[k], a[sizeof(T) - 1 - k]) << "len " << len;
-    }
-    for (int i = 0; i < len; ++i) back[i] = dst[i];
-    ASSERT_EQ(f.in_place(back.data(), len), 0);  // swapping twice is the identity
-    EXPECT_EQ(zt::first_difference(back.data(), src.data(), len), -1) << "len " << len;
-    EXPECT_TRUE(back.guards_intact());
-    if (f.twin) {
-      ASSERT_EQ(f.twin(src.data(), twin.data(), len), 0);
-      EXPECT_EQ(zt::first_difference(twin.data(), dst.data(), len), -1) << "generic, len " << len;
-    }
-  }
+void check_swap(const char* name, typename zt::Member<T>::Call call, typename zt::Member<T>::Call in_place,
+                int per = 1) {
+  zt::Member<T> m;
+  m.name = name;
+  m.call = call;
+  m.in_place = in_place;
+  m.per = per;
+  const int bytes = per == 3 ? 3 : sizeof(T);
+  m.rule = [bytes](const T* a, const T*, int, int32_t n, T* want) {
+    const auto* s = reinterpret_cast<const uint8_t*>(a);
+    auto* w = reinterpret_cast<uint8_t*>(want);
+    for (int i = 0; i < n * bytes; ++i) w[i] = s[i - i % bytes + bytes - 1 - i % bytes];
+  };
+  zt::check_member(m);
 }
 
-TEST(SwapBytes24, ExchangesOuterBytesOfEverySample) {
-  uint8_t one[3] = {1, 2, 3}, out[3];
-  ASSERT_EQ(ZIVKS_SwapBytes_24u(one, out, 1), 0);
-  EXPECT_EQ(out[0], 3);
-  EXPECT_EQ(out[1], 2);
-  EXPECT_EQ(out[2], 1);
-  ASSERT_EQ(ZIVKS_SwapBytes_24u_I(one, 1), 0);
-  EXPECT_EQ(one[0], 3);
-  EXPECT_EQ(one[2], 1);
-  EXPECT_EQ(ZIVKS_SwapBytes_24u(nullptr, out, 0), ZIVK_STS_NULL_PTR_ERR);
-  EXPECT_EQ(ZIVKS_SwapBytes_24u(one, out, 0), ZIVK_STS_SIZE_ERR);
-  EXPECT_EQ(ZIVKS_SwapBytes_24u_I(nullptr, 1), ZIVK_STS_NULL_PTR_ERR);
-  EXPECT_EQ(ZIVKS_SwapBytes_24u_I(one, -1), ZIVK_STS_SIZE_ERR);
+#define ZT_FLIP(code, E) check_flip<E>("Flip_" #code, ZT_CALL(ZIVKS_Flip_##code, a, d, n), ZT_CALL(ZIVKS_Flip_##code##_I, d, n))
+#define ZT_SWAP(code, T, ...) \
+  check_swap<T>("SwapBytes_" #code, ZT_CALL(ZIVKS_SwapBytes_##code, a, d, n), ZT_CALL(ZIVKS_SwapBytes_##code##_I, d, n), ##__VA_ARGS__)
 
-  auto twin = ZT_TWIN(ZIVKS_SwapBytes_24u);
-  auto twin_i = ZT_TWIN(ZIVKS_SwapBytes_24u_I);
-  zt::Rng rng(24);
-  for (int len : zt::test_lengths()) {
-    const size_t mis = rng() % 4;
-    zt::Guarded<uint8_t> src(3 * len, mis), dst(3 * len), in(3 * len, mis), t(3 * len);
-    zt::fill_random(src.data(), 3 * len, rng);
-    ASSERT_EQ(ZIVKS_SwapBytes_24u(src.data(), dst.data(), len), 0);
-    ASSERT_TRUE(dst.guards_intact());
-    for (int i = 0; i < 3 * len; ++i)
-      ASSERT_EQ(dst[i], src[i - i % 3 + 2 - i % 3]) << "len " << len << " byte " << i;
-    for (int i = 0; i < 3 * len; ++i) in[i] = src[i];
-    ASSERT_EQ(ZIVKS_SwapBytes_24u_I(in.data(), len), 0);
-    EXPECT_EQ(zt::first_difference(in.data(), dst.data(), 3 * len), -1) << "in place, len " << len;
-    EXPECT_TRUE(in.guards_intact());
-    if (twin) {
-      ASSERT_EQ(twin(src.data(), t.data(), len), 0);
-      EXPECT_EQ(zt::first_difference(t.data(), dst.data(), 3 * len), -1) << "generic, len " << len;
-      for (int i = 0; i < 3 * len; ++i) t[i] = src[i];
-      ASSERT_EQ(twin_i(t.data(), len), 0);
-      EXPECT_EQ(zt::first_difference(t.data(), dst.data(), 3 * len), -1) << "generic in place, len " << len;
-    }
-  }
+TEST(FlipSwapBytes, EveryMemberFollowsTheRule) {
+  ZT_FLIP(8u, uint8_t);
+  ZT_FLIP(16u, uint16_t);
+  ZT_FLIP(32f, float);
+  ZT_FLIP(64f, double);
+  ZT_FLIP(32fc, ZIVK32fc);
+  ZT_FLIP(64fc, ZIVK64fc);
+  ZT_SWAP(16u, uint16_t);
+  ZT_SWAP(32u, uint32_t);
+  ZT_SWAP(64u, uint64_t);
+  ZT_SWAP(24u, uint8_t, 3);
 }
 
 }  // namespace

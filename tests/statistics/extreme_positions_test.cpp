@@ -1,5 +1,6 @@
 // MaxIndx, MinIndx, MinMaxIndx, MaxAbsIndx, MinAbsIndx.
 #include "statistics/search_data.h"
+#include "support/sweep.h"
 
 namespace {
 
@@ -29,111 +30,94 @@ std::pair<T, int> rule(bool max, bool abs, const T* src, int len) {
   return {best, at};
 }
 
+// A value and its index; MinMaxIndx writes two.
+template <class T>
+struct Found {
+  T v;
+  int32_t at;
+};
+template <class T>
+struct Found2 {
+  Found<T> mn, mx;
+};
+
 // Values compare with ==: the value written may be the other zero than the one at the
-// index written.
+// index written; a NaN matches any NaN (the backends' agreement fixes its bits).
 template <class T>
-::testing::AssertionResult matches(T got, int got_at, std::pair<T, int> want) {
-  const bool value_ok = st::is_nan(want.first) ? st::is_nan(got) : got == want.first;
-  if (value_ok && got_at == want.second) return ::testing::AssertionSuccess();
-  return ::testing::AssertionFailure() << "got " << +got << " at " << got_at << ", want " << +want.first
-                                       << " at " << want.second;
+bool same(const Found<T>& got, const Found<T>& want) {
+  return (st::is_nan(want.v) ? st::is_nan(got.v) : got.v == want.v) && got.at == want.at;
 }
 
 template <class T>
-using Fn = ZIVKStatus (*)(const T*, int32_t, T*, int32_t*);
-
-template <class T>
-void check_single(Fn<T> fn, Fn<T> twin, bool max, bool abs, const char* name) {
-  zt::Rng rng(71);
-  {
-    zt::Guarded<T> out(1);
-    zt::Guarded<int32_t> at(1);
-    const T src[1] = {1};
-    EXPECT_EQ(fn(nullptr, 1, out.data(), at.data()), ZIVK_STS_NULL_PTR_ERR) << name;
-    EXPECT_EQ(fn(src, 1, out.data(), nullptr), ZIVK_STS_NULL_PTR_ERR) << name;
-    EXPECT_EQ(fn(src, 0, out.data(), at.data()), ZIVK_STS_SIZE_ERR) << name;
-    EXPECT_TRUE(out.untouched() && at.untouched()) << name;
-  }
-  for (Mix mix : st::kMixes) {
-    for (int len : st::lengths()) {
-      zt::Guarded<T> src(len, (rng() % 2) * sizeof(T));
-      st::fill(src.data(), len, rng, mix);
-      T v, tv;
-      int32_t at, tat;
-      ASSERT_EQ(fn(src.data(), len, &v, &at), 0);
-      ASSERT_TRUE(matches(v, at, rule(max, abs, src.data(), len))) << name << " len " << len;
-      if (!abs && ((mix == Mix::kTies || mix == Mix::kNoNaN) || !st::kFloat<T>)) {
-        // Without NaN: the ordinary extreme at its first position.
-        const T* e = max ? std::max_element(src.data(), src.data() + len)
-                         : std::min_element(src.data(), src.data() + len);
-        EXPECT_EQ(at, e - src.data()) << name << " len " << len;
-      }
-      if (twin) {
-        ASSERT_EQ(twin(src.data(), len, &tv, &tat), 0);
-        ASSERT_TRUE(zt::same_bits(v, tv) && at == tat) << name << " generic backend, len " << len;
-      }
-    }
-  }
+Found<T> checked_rule(bool max, bool abs, const T* src, int len) {
+  const auto [v, at] = rule(max, abs, src, len);
+  if (!abs && std::none_of(src, src + len, st::is_nan<T>))  // the ordinary extreme at its first position
+    EXPECT_EQ(at, (max ? std::max_element(src, src + len) : std::min_element(src, src + len)) - src);
+  return {v, at};
 }
 
-TEST(ExtremePositions, SingleMembersMatchTheRule) {
-#define ZT_ONE(op, code, max, abs) check_single(ZIVKS_##op##_##code, ZT_TWIN(ZIVKS_##op##_##code), max, abs, #op "_" #code)
-  ZT_ONE(MaxIndx, 16s, true, false);
-  ZT_ONE(MaxIndx, 32s, true, false);
-  ZT_ONE(MaxIndx, 32f, true, false);
-  ZT_ONE(MaxIndx, 64f, true, false);
-  ZT_ONE(MinIndx, 16s, false, false);
-  ZT_ONE(MinIndx, 32s, false, false);
-  ZT_ONE(MinIndx, 32f, false, false);
-  ZT_ONE(MinIndx, 64f, false, false);
-  ZT_ONE(MaxAbsIndx, 16s, true, true);
-  ZT_ONE(MaxAbsIndx, 32s, true, true);
-  ZT_ONE(MinAbsIndx, 16s, false, true);
-  ZT_ONE(MinAbsIndx, 32s, false, true);
-#undef ZT_ONE
+template <class T, class D>
+zt::Member<T, D, Mix> member(std::string name, typename zt::Member<T, D, Mix>::Call call) {
+  zt::Member<T, D, Mix> m;
+  m.name = name;
+  m.call = call;
+  m.out_len = [](int32_t) { return 1; };
+  m.alone = false;
+  m.params = {st::kMixes, st::kMixes + 4};
+  m.fill = [](T* p, size_t n, const Mix& mix, zt::Rng& rng) { st::fill(p, static_cast<int>(n), rng, mix); };
+  m.lengths = st::lengths();
+  return m;
 }
 
 template <class T>
-void check_min_max(ZIVKStatus (*fn)(const T*, int32_t, T*, int32_t*, T*, int32_t*), decltype(fn) twin,
-                   const char* name) {
-  zt::Rng rng(72);
-  {
-    T a, b;
-    int32_t i;
-    zt::Guarded<int32_t> j(1);
-    const T src[1] = {1};
-    EXPECT_EQ(fn(src, 1, &a, &i, &b, nullptr), ZIVK_STS_NULL_PTR_ERR) << name;
-    EXPECT_EQ(fn(src, -4, &a, &i, &b, j.data()), ZIVK_STS_SIZE_ERR) << name;
-    EXPECT_TRUE(j.untouched()) << name;
-  }
-  for (Mix mix : st::kMixes) {
-    for (int len : st::lengths()) {
-      zt::Guarded<T> src(len, (rng() % 2) * sizeof(T));
-      st::fill(src.data(), len, rng, mix);
-      T mn, mx, tmn, tmx;
-      int32_t imn, imx, timn, timx;
-      ASSERT_EQ(fn(src.data(), len, &mn, &imn, &mx, &imx), 0);
-      ASSERT_TRUE(matches(mn, imn, rule(false, false, src.data(), len))) << name << " min, len " << len;
-      ASSERT_TRUE(matches(mx, imx, rule(true, false, src.data(), len))) << name << " max, len " << len;
-      if (twin) {
-        ASSERT_EQ(twin(src.data(), len, &tmn, &timn, &tmx, &timx), 0);
-        ASSERT_TRUE(zt::same_bits(mn, tmn) && zt::same_bits(mx, tmx) && imn == timn && imx == timx)
-            << name << " generic backend, len " << len;
-      }
-    }
-  }
+void check_single(const char* name, typename zt::Member<T, Found<T>, Mix>::Call call, bool max, bool abs) {
+  auto m = member<T, Found<T>>(name, call);
+  m.rule = [max, abs](const T* a, const T*, Mix, int32_t n, Found<T>* want) { *want = checked_rule(max, abs, a, n); };
+  m.same = same<T>;
+  zt::check_member(m);
 }
 
-TEST(ExtremePositions, MinMaxIndxMatchesTheRule) {
-#define ZT_MM(code) check_min_max(ZIVKS_MinMaxIndx_##code, ZT_TWIN(ZIVKS_MinMaxIndx_##code), "MinMaxIndx_" #code)
-  ZT_MM(8u);
-  ZT_MM(16u);
-  ZT_MM(32u);
-  ZT_MM(16s);
-  ZT_MM(32s);
-  ZT_MM(32f);
-  ZT_MM(64f);
-#undef ZT_MM
+template <class T>
+void check_min_max(const char* name, typename zt::Member<T, Found2<T>, Mix>::Call call) {
+  auto m = member<T, Found2<T>>(name, call);
+  m.rule = [](const T* a, const T*, Mix, int32_t n, Found2<T>* want) {
+    *want = {checked_rule(false, false, a, n), checked_rule(true, false, a, n)};
+  };
+  m.same = [](const Found2<T>& x, const Found2<T>& y) { return same(x.mn, y.mn) && same(x.mx, y.mx); };
+  zt::check_member(m);
+}
+
+#define ZT_ONE(op, code, T, max, abs) \
+  check_single<T>(#op "_" #code, ZT_CALL(ZIVKS_##op##_##code, a, n, d ? &d->v : nullptr, d ? &d->at : nullptr), max, abs)
+#define ZT_MM(code, T)                                                                                   \
+  check_min_max<T>("MinMaxIndx_" #code, ZT_CALL(ZIVKS_MinMaxIndx_##code, a, n, d ? &d->mn.v : nullptr,   \
+                                                d ? &d->mn.at : nullptr, d ? &d->mx.v : nullptr, d ? &d->mx.at : nullptr))
+
+TEST(ExtremePositions, EveryMemberFollowsTheRule) {
+  ZT_ONE(MaxIndx, 16s, int16_t, true, false);
+  ZT_ONE(MaxIndx, 32s, int32_t, true, false);
+  ZT_ONE(MaxIndx, 32f, float, true, false);
+  ZT_ONE(MaxIndx, 64f, double, true, false);
+  ZT_ONE(MinIndx, 16s, int16_t, false, false);
+  ZT_ONE(MinIndx, 32s, int32_t, false, false);
+  ZT_ONE(MinIndx, 32f, float, false, false);
+  ZT_ONE(MinIndx, 64f, double, false, false);
+  ZT_ONE(MaxAbsIndx, 16s, int16_t, true, true);
+  ZT_ONE(MaxAbsIndx, 32s, int32_t, true, true);
+  ZT_ONE(MinAbsIndx, 16s, int16_t, false, true);
+  ZT_ONE(MinAbsIndx, 32s, int32_t, false, true);
+  ZT_MM(8u, uint8_t);
+  ZT_MM(16u, uint16_t);
+  ZT_MM(32u, uint32_t);
+  ZT_MM(16s, int16_t);
+  ZT_MM(32s, int32_t);
+  ZT_MM(32f, float);
+  ZT_MM(64f, double);
+  // Every output pointer is required, not only the first.
+  float v, src[1] = {1};
+  int32_t at;
+  EXPECT_EQ(ZIVKS_MaxIndx_32f(src, 1, &v, nullptr), ZIVK_STS_NULL_PTR_ERR);
+  EXPECT_EQ(ZIVKS_MinMaxIndx_32f(src, 1, &v, &at, &v, nullptr), ZIVK_STS_NULL_PTR_ERR);
 }
 
 TEST(ExtremePositions, TiesNaNAndSaturation) {

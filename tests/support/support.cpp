@@ -14,6 +14,16 @@ std::vector<int> test_lengths() {
   return v;
 }
 
+std::vector<double> test_scales() {
+  std::vector<double> v;
+  for (int j : {-1074, -270, -257, -256, -255, -250, -245, -240, -160, -150, -149, -129, -128, -127, -126, -33, -32, -31, -17, -16,
+                -15, -9, -8, -7, -2, -1, 0, 1, 2, 7, 8, 9, 15, 16, 17, 31, 32, 33, 126, 127, 128, 129, 149, 150,
+                1023})
+    v.push_back(ldexp(1.0, j));
+  for (double s : {3.0, 0.3, 0.75, 1.5, 1.999, 5.0, 0.2, 7e-3, 2e-39}) v.push_back(s);
+  return v;
+}
+
 template <class F>
 F special_float(Rng& rng) {
   using B = std::conditional_t<sizeof(F) == 4, uint32_t, uint64_t>;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <dlfcn.h>
+#include <math.h>
 #include <gtest/gtest.h>
 #include <stdint.h>
 #include <string.h>
@@ -106,7 +107,24 @@ CoreRecord& core_record();
 namespace zt {
 // The float type of an element's parts.
 template <class E> struct part_of_t { using type = E; };
+template <> struct part_of_t<ZIVK16sc> { using type = int16_t; };
+template <> struct part_of_t<ZIVK32sc> { using type = int32_t; };
+template <> struct part_of_t<ZIVK64sc> { using type = int64_t; };
 template <> struct part_of_t<ZIVK32fc> { using type = float; };
 template <> struct part_of_t<ZIVK64fc> { using type = double; };
 template <class E> using part_of = typename part_of_t<E>::type;
+}  // namespace zt
+
+namespace zt {
+// The power of two e that a scale selects, M = 2^e: log2(1 / scale) truncated toward
+// zero, so every scale moves to a power of two in the direction of 1.
+inline int scale_exponent(double scale) {
+  const int lg = ilogb(scale);
+  return scale == ldexp(1.0, lg) || scale >= 1 ? -lg : -(lg + 1);
+}
+
+// The scales that matter to a scaled family: powers of two around every path switch
+// (no scaling, the 8- and 16-bit shift widths, shift counts of 128 and 256, the float32
+// and float64 limits of M) and some that are not powers of two.
+std::vector<double> test_scales();
 }  // namespace zt
