@@ -43,8 +43,8 @@ run_tests() {
   local log=$dir/Testing/Temporary/LastTest.log ran failed
   echo "GoogleTest summary (zivks_tests):"
   grep -hE '^\[(==========|  PASSED  |  FAILED  )\]' "$log" 2>/dev/null | sed 's/^/  /' || true
-  ran=$(grep -hoE '^\[==========\] [0-9]+ tests? from' "$log" 2>/dev/null | grep -oE '[0-9]+' | head -1)
-  failed=$(grep -hoE '^\[  FAILED  \] [0-9]+ tests?,' "$log" 2>/dev/null | grep -oE '[0-9]+' | head -1)
+  ran=$(grep -hoE '^\[==========\] [0-9]+ tests? from' "$log" 2>/dev/null | grep -oE "[0-9]+" | head -1 || true)
+  failed=$(grep -hoE '^\[  FAILED  \] [0-9]+ tests?,' "$log" 2>/dev/null | grep -oE "[0-9]+" | head -1 || true)
   [ -n "$ran" ] && echo "zivks_tests: $((ran - ${failed:-0})) passed, ${failed:-0} failed"
   return "$rc"
 }

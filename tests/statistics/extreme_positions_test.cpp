@@ -51,8 +51,9 @@ bool same(const Found<T>& got, const Found<T>& want) {
 template <class T>
 Found<T> checked_rule(bool max, bool abs, const T* src, int len) {
   const auto [v, at] = rule(max, abs, src, len);
-  if (!abs && std::none_of(src, src + len, st::is_nan<T>))  // the ordinary extreme at its first position
+  if (!abs && std::none_of(src, src + len, st::is_nan<T>)) {  // the ordinary extreme at its first position
     EXPECT_EQ(at, (max ? std::max_element(src, src + len) : std::min_element(src, src + len)) - src);
+  }
   return {v, at};
 }
 

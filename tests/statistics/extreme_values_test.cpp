@@ -61,8 +61,9 @@ zt::Member<T, T, Mix> member(std::string name, typename zt::Member<T, T, Mix>::C
 template <class T>
 T checked_rule(Op op, const T* src, int len) {
   const T r = rule(op, src, len);
-  if ((op == Op::kMax || op == Op::kMin) && std::none_of(src, src + len, st::is_nan<T>))
+  if ((op == Op::kMax || op == Op::kMin) && std::none_of(src, src + len, st::is_nan<T>)) {
     EXPECT_TRUE(r == (op == Op::kMax ? *std::max_element(src, src + len) : *std::min_element(src, src + len)));
+  }
   return r;
 }
 
