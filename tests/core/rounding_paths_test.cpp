@@ -4,7 +4,8 @@
 #include <fenv.h>
 #include <math.h>
 
-#include "core/scale.h"
+#include "core/rounding.h"
+#include "support/block_rounding.h"
 #include "support/zt.h"
 
 namespace {
@@ -24,7 +25,7 @@ void block_equals_tail_for_float32(zt::Rng& rng) {
   for (int n = 0; n < 20000; ++n) {
     float p = zt::special_float<float>(rng);
     if (n % 3 == 0) p = static_cast<float>(static_cast<int>(rng() % 1000) - 500) + 0.5f * (rng() % 3);
-    const I block = rd::narrow_sat<I>(static_cast<int64_t>(rd::cvt_sat<int32_t, m>(p)));
+    const I block = zt::narrow_sat<I>(static_cast<int64_t>(rd::cvt_sat<int32_t, m>(p)));
     const I tail = rd::tail_by<I, m>(p);
     ASSERT_EQ(+block, +tail) << p << " mode " << static_cast<int>(m);
     if (p == p) {
@@ -62,7 +63,7 @@ TEST(RoundingPaths, Float64NearestTail) {
   const double below_half = 0.49999999999999994;
   EXPECT_EQ(rd::tail<int32_t>(below_half), 1);
   EXPECT_EQ(rd::tail<int32_t>(-below_half), -1);
-  EXPECT_EQ(rd::block<int32_t>(below_half), 0);
+  EXPECT_EQ(zt::block_round<int32_t>(below_half), 0);
   EXPECT_EQ(rd::tail<int64_t>(0x1p52 + 1), static_cast<int64_t>(0x1p52) + 2);
   EXPECT_EQ(rd::tail<int64_t>(-0x1p52 - 3), -static_cast<int64_t>(0x1p52) - 4);
   EXPECT_EQ(rd::tail<int64_t>(0x1p63), INT64_MAX);

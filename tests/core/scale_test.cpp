@@ -2,7 +2,9 @@
 #include <float.h>
 #include <math.h>
 
+#include "core/rounding.h"
 #include "core/scale.h"
+#include "support/block_rounding.h"
 #include "support/zt.h"
 
 namespace {
@@ -56,30 +58,30 @@ TEST(Rounding, TiesSaturationAndNaN) {
       {2.5f, 2}, {3.5f, 4}, {-2.5f, -2}, {-3.5f, -4}, {0.5f, 0}, {-0.5f, 0}, {1.5f, 2}, {2.4999998f, 2}};
   for (const auto& t : ties) {
     EXPECT_EQ(rounding::tail<int16_t>(t.p), t.want) << t.p;
-    EXPECT_EQ(rounding::block<int16_t>(t.p), t.want) << t.p;
+    EXPECT_EQ(zt::block_round<int16_t>(t.p), t.want) << t.p;
   }
   for (float p : {32767.0f, 32767.5f, 1e30f, float(INFINITY)}) {
     EXPECT_EQ(rounding::tail<int16_t>(p), 32767);
-    EXPECT_EQ(rounding::block<int16_t>(p), 32767);
+    EXPECT_EQ(zt::block_round<int16_t>(p), 32767);
     EXPECT_EQ(rounding::tail<int16_t>(-p - 1), -32768);
-    EXPECT_EQ(rounding::block<int16_t>(-p - 1), -32768);
+    EXPECT_EQ(zt::block_round<int16_t>(-p - 1), -32768);
   }
   EXPECT_EQ(rounding::tail<uint8_t>(-0.3f), 0);
-  EXPECT_EQ(rounding::block<uint8_t>(-0.7f), 0);
+  EXPECT_EQ(zt::block_round<uint8_t>(-0.7f), 0);
   EXPECT_EQ(rounding::tail<uint8_t>(255.49f), 255);
   EXPECT_EQ(rounding::tail<int32_t>(2147483520.0f), 2147483520);
   EXPECT_EQ(rounding::tail<int32_t>(2147483648.0f), INT32_MAX);
-  EXPECT_EQ(rounding::block<int32_t>(-2147483904.0), INT32_MIN);
+  EXPECT_EQ(zt::block_round<int32_t>(-2147483904.0), INT32_MIN);
   for (double p : {double(NAN), -double(NAN)}) {
     EXPECT_EQ(rounding::tail<int32_t>(p), 0);
-    EXPECT_EQ(rounding::block<int32_t>(p), 0);
+    EXPECT_EQ(zt::block_round<int32_t>(p), 0);
     EXPECT_EQ(rounding::tail<uint16_t>(static_cast<float>(p)), 0);
-    EXPECT_EQ(rounding::block<uint16_t>(static_cast<float>(p)), 0);
+    EXPECT_EQ(zt::block_round<uint16_t>(static_cast<float>(p)), 0);
   }
   // The one float64 value where the tail's added half rounds up: 0.49999999999999994.
   const double below_half = std::nextafter(0.5, 0.0);
   EXPECT_EQ(rounding::tail<int32_t>(below_half), 1);
-  EXPECT_EQ(rounding::block<int32_t>(below_half), 0);
+  EXPECT_EQ(zt::block_round<int32_t>(below_half), 0);
   EXPECT_EQ(rounding::tail<int32_t>(-below_half), -1);
 }
 
@@ -90,10 +92,10 @@ TEST(Rounding, BlockAndTailAgreeOnScaledIntegers) {
     const int32_t x = static_cast<int32_t>(rng() % 140000) - 70000;
     const int e = static_cast<int>(rng() % 40) - 20;
     const float p = static_cast<float>(x) * scale::multiplier<float>(e);
-    ASSERT_EQ(rounding::tail<int16_t>(p), rounding::block<int16_t>(p)) << x << " * 2^" << e;
-    ASSERT_EQ(rounding::tail<uint8_t>(p), rounding::block<uint8_t>(p)) << x << " * 2^" << e;
+    ASSERT_EQ(rounding::tail<int16_t>(p), zt::block_round<int16_t>(p)) << x << " * 2^" << e;
+    ASSERT_EQ(rounding::tail<uint8_t>(p), zt::block_round<uint8_t>(p)) << x << " * 2^" << e;
     const double q = static_cast<double>(x) * 65536.0 * scale::multiplier<double>(e);
-    ASSERT_EQ(rounding::tail<int32_t>(q), rounding::block<int32_t>(q)) << x << " * 2^" << e + 16;
+    ASSERT_EQ(rounding::tail<int32_t>(q), zt::block_round<int32_t>(q)) << x << " * 2^" << e + 16;
   }
 }
 
