@@ -156,23 +156,18 @@ ZIVKStatus sub_c_rev(const E* src, E val, E* dst, int32_t len) {
 
 }  // namespace
 
-// Each row: the exported function, its in-place form (the twin called with srcDst as
-// the second source, or as the source of the constant forms, and as dst), the body, the
-// element type.
+// Each row: the exported function, its in-place form (which calls the twin), the body,
+// the element type.
 #define ZIVKS_FLOAT_ARRAYS(name, name_in_place, fn, type)                                    \
   ZIVKS_EXPORT ZIVKStatus name(const type* src1, const type* src2, type* dst, int32_t len) { \
     return fn(src1, src2, dst, len);                                                         \
   }                                                                                          \
-  ZIVKS_EXPORT ZIVKStatus name_in_place(const type* src, type* srcDst, int32_t len) {        \
-    return name(src, srcDst, srcDst, len);                                                   \
-  }
-#define ZIVKS_FLOAT_CONST(name, name_in_place, fn, type)                                     \
-  ZIVKS_EXPORT ZIVKStatus name(const type* src, type val, type* dst, int32_t len) {          \
-    return fn(src, val, dst, len);                                                           \
-  }                                                                                          \
-  ZIVKS_EXPORT ZIVKStatus name_in_place(type val, type* srcDst, int32_t len) {               \
-    return name(srcDst, val, srcDst, len);                                                   \
-  }
+  ZIVKS_IN_PLACE_OF_ARRAYS(name_in_place, name, type)
+#define ZIVKS_FLOAT_CONST(name, name_in_place, fn, type)                            \
+  ZIVKS_EXPORT ZIVKStatus name(const type* src, type val, type* dst, int32_t len) { \
+    return fn(src, val, dst, len);                                                  \
+  }                                                                                 \
+  ZIVKS_IN_PLACE_OF_CONST(name_in_place, name, type)
 
 ZIVKS_FLOAT_ARRAYS(ZIVKS_Add_32f, ZIVKS_Add_32f_I, add, float)
 ZIVKS_FLOAT_ARRAYS(ZIVKS_Add_64f, ZIVKS_Add_64f_I, add, double)

@@ -143,15 +143,13 @@ ZIVKStatus add_16s32s_wrap(const int16_t* src, int32_t* srcDst, int32_t len) {
 
 }  // namespace
 
-// Each row: the exported function, its in-place form (the twin with srcDst twice), the
+// Each row: the exported function, its in-place form (which calls the twin), the
 // element type.
-#define ZIVKS_ABS(name, name_in_place, type)                                 \
-  ZIVKS_EXPORT ZIVKStatus name(const type* src, type* dst, int32_t len) {    \
-    return abs_of(src, dst, len);                                            \
-  }                                                                          \
-  ZIVKS_EXPORT ZIVKStatus name_in_place(type* srcDst, int32_t len) {         \
-    return name(srcDst, srcDst, len);                                        \
-  }
+#define ZIVKS_ABS(name, name_in_place, type)                              \
+  ZIVKS_EXPORT ZIVKStatus name(const type* src, type* dst, int32_t len) { \
+    return abs_of(src, dst, len);                                         \
+  }                                                                       \
+  ZIVKS_IN_PLACE_OF_ONE(name_in_place, name, type)
 ZIVKS_ABS(ZIVKS_Abs_16s, ZIVKS_Abs_16s_I, int16_t)
 ZIVKS_ABS(ZIVKS_Abs_32s, ZIVKS_Abs_32s_I, int32_t)
 ZIVKS_ABS(ZIVKS_Abs_32f, ZIVKS_Abs_32f_I, float)
@@ -166,25 +164,19 @@ ZIVKS_EXPORT ZIVKStatus ZIVKS_Add_16u(const uint16_t* src1, const uint16_t* src2
 ZIVKS_EXPORT ZIVKStatus ZIVKS_Add_32u(const uint32_t* src1, const uint32_t* src2, uint32_t* dst, int32_t len) {
   return add_sat(src1, src2, dst, len);
 }
-ZIVKS_EXPORT ZIVKStatus ZIVKS_Add_32u_I(const uint32_t* src, uint32_t* srcDst, int32_t len) {
-  return ZIVKS_Add_32u(src, srcDst, srcDst, len);
-}
+ZIVKS_IN_PLACE_OF_ARRAYS(ZIVKS_Add_32u_I, ZIVKS_Add_32u, uint32_t)
 
 ZIVKS_EXPORT ZIVKStatus ZIVKS_Add_16s(const int16_t* src1, const int16_t* src2, int16_t* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src1, src2, dst)) return st;
   return int16_sat<AddSub::kAdd>(src1, array_operand<int16_t>{src2}, dst, len);
 }
-ZIVKS_EXPORT ZIVKStatus ZIVKS_Add_16s_I(const int16_t* src, int16_t* srcDst, int32_t len) {
-  return ZIVKS_Add_16s(src, srcDst, srcDst, len);
-}
+ZIVKS_IN_PLACE_OF_ARRAYS(ZIVKS_Add_16s_I, ZIVKS_Add_16s, int16_t)
 // src2 - src1: the first array is the subtrahend.
 ZIVKS_EXPORT ZIVKStatus ZIVKS_Sub_16s(const int16_t* src1, const int16_t* src2, int16_t* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src1, src2, dst)) return st;
   return int16_sat<AddSub::kSub>(src2, array_operand<int16_t>{src1}, dst, len);
 }
-ZIVKS_EXPORT ZIVKStatus ZIVKS_Sub_16s_I(const int16_t* src, int16_t* srcDst, int32_t len) {
-  return ZIVKS_Sub_16s(src, srcDst, srcDst, len);
-}
+ZIVKS_IN_PLACE_OF_ARRAYS(ZIVKS_Sub_16s_I, ZIVKS_Sub_16s, int16_t)
 ZIVKS_EXPORT ZIVKStatus ZIVKS_AddC_16s_I(int16_t val, int16_t* srcDst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, srcDst)) return st;
   return int16_sat<AddSub::kAdd>(srcDst, const_operand<int16_t>(val), srcDst, len);

@@ -83,23 +83,18 @@ ZIVKStatus complement(const T* src, T* dst, int32_t len) {
 
 }  // namespace
 
-// Each row: the exported function, its in-place form (the twin with srcDst as the
-// second source, or as the source of the constant form, and as dst; no check of its
-// own), the operator, the element type.
+// Each row: the exported function, its in-place form (which calls the twin), the
+// operator, the element type.
 #define ZIVKS_LOGIC_ARRAYS(name, name_in_place, op, type)                                    \
   ZIVKS_EXPORT ZIVKStatus name(const type* src1, const type* src2, type* dst, int32_t len) { \
     return arrays<Op::op>(src1, src2, dst, len);                                             \
   }                                                                                          \
-  ZIVKS_EXPORT ZIVKStatus name_in_place(const type* src, type* srcDst, int32_t len) {        \
-    return name(src, srcDst, srcDst, len);                                                   \
-  }
-#define ZIVKS_LOGIC_CONST(name, name_in_place, op, type)                                     \
-  ZIVKS_EXPORT ZIVKStatus name(const type* src, type val, type* dst, int32_t len) {          \
-    return with_const<Op::op>(src, val, dst, len);                                           \
-  }                                                                                          \
-  ZIVKS_EXPORT ZIVKStatus name_in_place(type val, type* srcDst, int32_t len) {               \
-    return name(srcDst, val, srcDst, len);                                                   \
-  }
+  ZIVKS_IN_PLACE_OF_ARRAYS(name_in_place, name, type)
+#define ZIVKS_LOGIC_CONST(name, name_in_place, op, type)                            \
+  ZIVKS_EXPORT ZIVKStatus name(const type* src, type val, type* dst, int32_t len) { \
+    return with_const<Op::op>(src, val, dst, len);                                  \
+  }                                                                                 \
+  ZIVKS_IN_PLACE_OF_CONST(name_in_place, name, type)
 ZIVKS_LOGIC_ARRAYS(ZIVKS_And_8u, ZIVKS_And_8u_I, kAnd, uint8_t)
 ZIVKS_LOGIC_ARRAYS(ZIVKS_And_16u, ZIVKS_And_16u_I, kAnd, uint16_t)
 ZIVKS_LOGIC_ARRAYS(ZIVKS_And_32u, ZIVKS_And_32u_I, kAnd, uint32_t)
@@ -124,6 +119,4 @@ ZIVKS_EXPORT ZIVKStatus ZIVKS_Not_16u(const uint16_t* src, uint16_t* dst, int32_
 ZIVKS_EXPORT ZIVKStatus ZIVKS_Not_32u(const uint32_t* src, uint32_t* dst, int32_t len) { return complement(src, dst, len); }
 
 // Only the 8-bit Not has an in-place form.
-ZIVKS_EXPORT ZIVKStatus ZIVKS_Not_8u_I(uint8_t* srcDst, int32_t len) {
-  return ZIVKS_Not_8u(srcDst, srcDst, len);
-}
+ZIVKS_IN_PLACE_OF_ONE(ZIVKS_Not_8u_I, ZIVKS_Not_8u, uint8_t)

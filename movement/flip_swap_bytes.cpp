@@ -201,15 +201,12 @@ ZIVKS_FLIP(ZIVKS_Flip_64f, ZIVKS_Flip_64f_I, flip_in_place, double)
 ZIVKS_FLIP(ZIVKS_Flip_32fc, ZIVKS_Flip_32fc_I, flip_in_place, ZIVK32fc)
 ZIVKS_FLIP(ZIVKS_Flip_64fc, ZIVKS_Flip_64fc_I, flip_in_place, ZIVK64fc)
 
-// Each row: SwapBytes and its in-place form, which calls the twin with srcDst twice and
-// checks nothing of its own, the element type. The 24-bit pair has a loop of its own.
-#define ZIVKS_SWAP_BYTES(name, name_in_place, type)                             \
-  ZIVKS_EXPORT ZIVKStatus name(const type* src, type* dst, int32_t len) {       \
-    return swap_bytes(src, dst, len);                                           \
-  }                                                                             \
-  ZIVKS_EXPORT ZIVKStatus name_in_place(type* srcDst, int32_t len) {            \
-    return name(srcDst, srcDst, len);                                           \
-  }
+// Each row: SwapBytes and its in-place form, which calls the twin, the element type.
+#define ZIVKS_SWAP_BYTES(name, name_in_place, type)                       \
+  ZIVKS_EXPORT ZIVKStatus name(const type* src, type* dst, int32_t len) { \
+    return swap_bytes(src, dst, len);                                     \
+  }                                                                       \
+  ZIVKS_IN_PLACE_OF_ONE(name_in_place, name, type)
 
 ZIVKS_SWAP_BYTES(ZIVKS_SwapBytes_16u, ZIVKS_SwapBytes_16u_I, uint16_t)
 ZIVKS_SWAP_BYTES(ZIVKS_SwapBytes_32u, ZIVKS_SwapBytes_32u_I, uint32_t)
@@ -218,6 +215,4 @@ ZIVKS_SWAP_BYTES(ZIVKS_SwapBytes_64u, ZIVKS_SwapBytes_64u_I, uint64_t)
 ZIVKS_EXPORT ZIVKStatus ZIVKS_SwapBytes_24u(const uint8_t* src, uint8_t* dst, int32_t len) {
   return swap_bytes24(src, dst, len);
 }
-ZIVKS_EXPORT ZIVKStatus ZIVKS_SwapBytes_24u_I(uint8_t* srcDst, int32_t len) {
-  return swap_bytes24(srcDst, srcDst, len);
-}
+ZIVKS_IN_PLACE_OF_ONE(ZIVKS_SwapBytes_24u_I, ZIVKS_SwapBytes_24u, uint8_t)

@@ -51,15 +51,13 @@ ZIVKStatus every_int_i(const T* src, T* srcDst, int32_t len) {
 
 }  // namespace
 
-// Each row: the exported function (and its in-place form, the twin with srcDst as the
-// second source and as dst), the direction, the element type.
+// Each row: the exported function (and its in-place form, which calls the twin), the
+// direction, the element type.
 #define ZIVKS_EVERY_FLOAT(name, name_in_place, dir, type)                                    \
   ZIVKS_EXPORT ZIVKStatus name(const type* src1, const type* src2, type* dst, int32_t len) { \
     return every_float<MaxMin::dir>(src1, src2, dst, len);                                   \
   }                                                                                          \
-  ZIVKS_EXPORT ZIVKStatus name_in_place(const type* src, type* srcDst, int32_t len) {        \
-    return name(src, srcDst, srcDst, len);                                                   \
-  }
+  ZIVKS_IN_PLACE_OF_ARRAYS(name_in_place, name, type)
 #define ZIVKS_EVERY_INT(name_in_place, dir, type)                                            \
   ZIVKS_EXPORT ZIVKStatus name_in_place(const type* src, type* srcDst, int32_t len) {        \
     return every_int_i<MaxMin::dir>(src, srcDst, len);                                       \
