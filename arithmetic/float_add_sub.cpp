@@ -105,8 +105,7 @@ void map(const A& a_in, const C& b_in, E* dst, int32_t len) {
 }
 
 // One 128-bit vector a block, except AddC of 64fc, which takes two.
-template <class E> constexpr int kBlock = 16 / sizeof(E);
-template <class E> constexpr int kBlockAddC = kBlock<E>;
+template <class E> constexpr int kBlockAddC = kVectorElems<E>;
 template <> constexpr int kBlockAddC<ZIVK64fc> = 2;
 
 // Subtraction of 64fc hints its reads: 2048 bytes ahead of both arrays, 4096 ahead of
@@ -120,7 +119,7 @@ template <> constexpr int kSubCReadAheadBytes<ZIVK64fc> = 4096;
 template <class E>
 ZIVKStatus add(const E* src1, const E* src2, E* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src1, src2, dst)) return st;
-  map<AddSub::kAdd, kBlock<E>>(parts_of(src1), parts_of(src2), dst, len);
+  map<AddSub::kAdd, kVectorElems<E>>(parts_of(src1), parts_of(src2), dst, len);
   return ZIVK_STS_NO_ERR;
 }
 
@@ -128,7 +127,7 @@ ZIVKStatus add(const E* src1, const E* src2, E* dst, int32_t len) {
 template <class E>
 ZIVKStatus sub(const E* src1, const E* src2, E* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src1, src2, dst)) return st;
-  map<AddSub::kSub, kBlock<E>>(parts_of<E, kSubReadAheadBytes<E>>(src2),
+  map<AddSub::kSub, kVectorElems<E>>(parts_of<E, kSubReadAheadBytes<E>>(src2),
                                parts_of<E, kSubReadAheadBytes<E>>(src1), dst, len);
   return ZIVK_STS_NO_ERR;
 }
@@ -143,14 +142,14 @@ ZIVKStatus add_c(const E* src, E val, E* dst, int32_t len) {
 template <class E>
 ZIVKStatus sub_c(const E* src, E val, E* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src, dst)) return st;
-  map<AddSub::kSub, kBlock<E>>(parts_of<E, kSubCReadAheadBytes<E>>(src), const_operand<E>(val), dst, len);
+  map<AddSub::kSub, kVectorElems<E>>(parts_of<E, kSubCReadAheadBytes<E>>(src), const_operand<E>(val), dst, len);
   return ZIVK_STS_NO_ERR;
 }
 
 template <class E>
 ZIVKStatus sub_c_rev(const E* src, E val, E* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src, dst)) return st;
-  map<AddSub::kSub, kBlock<E>>(const_operand<E>(val), parts_of<E, kSubCReadAheadBytes<E>>(src), dst, len);
+  map<AddSub::kSub, kVectorElems<E>>(const_operand<E>(val), parts_of<E, kSubCReadAheadBytes<E>>(src), dst, len);
   return ZIVK_STS_NO_ERR;
 }
 

@@ -23,15 +23,12 @@ inline T saturate(W x) {
   return static_cast<T>(x);
 }
 
-template <class T>
-constexpr int kLanes = 16 / sizeof(T);
-
 // |x|; the most negative integer has no positive counterpart and gives the largest one.
 // Float lanes lose only the sign bit: -0 becomes +0, NaN keeps its payload.
 template <class T>
 ZIVKStatus abs_of(const T* src, T* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src, dst)) return st;
-  for_blocks<kLanes<T>>(
+  for_blocks<kVectorElems<T>>(
       len,
       [&](int64_t i, auto w) {
         using V = simd::vec<T, decltype(w)::value>;
@@ -55,7 +52,7 @@ ZIVKStatus abs_of(const T* src, T* dst, int32_t len) {
 template <class T>
 ZIVKStatus add_sat(const T* src1, const T* src2, T* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src1, src2, dst)) return st;
-  for_blocks<kLanes<T>>(
+  for_blocks<kVectorElems<T>>(
       len,
       [&](int64_t i, auto w) {
         using V = simd::vec<T, decltype(w)::value>;

@@ -30,6 +30,11 @@
 
 namespace zivks {
 
+// Elements of E in one 128-bit vector: the block of the members that take one vector of
+// elements a block.
+template <class E>
+inline constexpr int kVectorElems = 16 / static_cast<int>(sizeof(E));
+
 template <class... P>
 inline bool any_null(const P*... p) {
   return ((p == nullptr) || ...);

@@ -50,7 +50,7 @@ struct no_operand {
 template <Op op, class T, class Second>
 void run(const T* src, const Second& second, T* dst, int32_t len) {
   const source<op, T> first{src};
-  for_blocks<16 / sizeof(T)>(
+  for_blocks<kVectorElems<T>>(
       len,
       [&](int64_t i, auto w) {
         using V = simd::vec<T, decltype(w)::value>;

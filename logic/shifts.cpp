@@ -42,7 +42,7 @@ template <Dir dir, bool kCopy, class T>
 void run(const T* src, T* dst, int32_t len, int s) {
   // The count broadcast once before the loop, for every register width.
   const broadcast<T, simd::shift_count> counts(s);
-  for_blocks<16 / sizeof(T)>(
+  for_blocks<kVectorElems<T>>(
       len,
       [&](int64_t i, auto w) {
         constexpr int K = decltype(w)::value;
@@ -62,7 +62,7 @@ void run(const T* src, T* dst, int32_t len, int s) {
 
 template <class T>
 void zero_inline(T* dst, int32_t len) {
-  const int64_t n = for_whole_blocks<16 / sizeof(T)>(len, [&](int64_t i, auto w) {
+  const int64_t n = for_whole_blocks<kVectorElems<T>>(len, [&](int64_t i, auto w) {
     simd::store(dst + i, simd::zeros<simd::vec<T, decltype(w)::value>>());
   });
   if (n < len) memset(dst + n, 0, static_cast<size_t>(len - n) * sizeof(T));

@@ -12,7 +12,7 @@ namespace {
 using namespace zivks;
 
 template <class E> using P = part_t<E>;
-template <class E> constexpr int kBlock = 16 / sizeof(P<E>);  // elements a block
+template <class E> constexpr int kBlock = kVectorElems<P<E>>;  // elements a block
 
 // Read hints, in bytes ahead of each source (0: none).
 template <class E> constexpr int kSplitReadAheadBytes = 0;

@@ -8,9 +8,6 @@ namespace {
 
 using namespace zivks;
 
-template <class E>
-constexpr int kBlock = 16 / sizeof(E);  // elements per 128-bit store
-
 template <int K>
 using bytes = simd::vec<uint8_t, K>;
 
@@ -33,7 +30,7 @@ template <class E, int kAheadBytes>
 void forward(const E* src, E* dst, int32_t len) {
   const auto* s = reinterpret_cast<const uint8_t*>(src);
   auto* d = reinterpret_cast<uint8_t*>(dst);
-  for_blocks<kBlock<E>>(
+  for_blocks<kVectorElems<E>>(
       len,
       [&](int64_t i, auto w) {
         const int64_t o = i * static_cast<int64_t>(sizeof(E));
@@ -64,7 +61,7 @@ ZIVKStatus move(const E* src, E* dst, int32_t len) {
   }
   const auto* s = reinterpret_cast<const uint8_t*>(src);
   auto* d = reinterpret_cast<uint8_t*>(dst);
-  const int64_t rem = len % kBlock<E>;
+  const int64_t rem = len % kVectorElems<E>;
   const int64_t low = rem * static_cast<int64_t>(sizeof(E));
   int64_t o = static_cast<int64_t>(len) * static_cast<int64_t>(sizeof(E));
   constexpr int kBackBytes = kReadAheadBytes<E>.move_backward;
@@ -111,7 +108,7 @@ ZIVKStatus set(E val, E* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, dst)) return st;
   auto* d = reinterpret_cast<uint8_t*>(dst);
   const broadcast<uint8_t> vals(val);
-  const int64_t n = for_whole_blocks<kBlock<E>>(len, [&](int64_t i, auto w) {
+  const int64_t n = for_whole_blocks<kVectorElems<E>>(len, [&](int64_t i, auto w) {
     simd::store(d + i * static_cast<int64_t>(sizeof(E)), vals.template get<decltype(w)::value>());
   });
   if constexpr (std::is_same_v<E, uint8_t>) {
@@ -128,11 +125,11 @@ template <class E>
 ZIVKStatus zero(E* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, dst)) return st;
   auto* d = reinterpret_cast<uint8_t*>(dst);
-  int64_t n = block_end<kBlock<E>>(len);
+  int64_t n = block_end<kVectorElems<E>>(len);
   if (static_cast<int64_t>(len) * static_cast<int64_t>(sizeof(E)) >= kStreamFromBytes) {
     zero_streaming(d, n * static_cast<int64_t>(sizeof(E)));
   } else {
-    n = for_whole_blocks<kBlock<E>>(len, [&](int64_t i, auto w) {
+    n = for_whole_blocks<kVectorElems<E>>(len, [&](int64_t i, auto w) {
       simd::store(d + i * static_cast<int64_t>(sizeof(E)), simd::zeros<bytes<decltype(w)::value>>());
     });
   }

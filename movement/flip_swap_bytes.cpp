@@ -30,7 +30,7 @@ ZIVKStatus flip(const E* src, E* dst, int32_t len) {
   const int64_t n = len;
   int64_t i = 0;
   if constexpr (kVectorLane<T>) {
-    for (const int64_t lead = n % (16 / sizeof(T)); i < lead; ++i) memcpy(d + n - 1 - i, s + i, sizeof(T));
+    for (const int64_t lead = n % kVectorElems<T>; i < lead; ++i) memcpy(d + n - 1 - i, s + i, sizeof(T));
     auto run = [&](auto w) {
       using V = simd::vec<T, decltype(w)::value>;
       for (; i + V::kLanes <= n; i += V::kLanes)
@@ -144,7 +144,7 @@ inline T swap_scalar(T x) {
 template <class T>
 ZIVKStatus swap_bytes(const T* src, T* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src, dst)) return st;
-  for_blocks<16 / sizeof(T)>(
+  for_blocks<kVectorElems<T>>(
       len,
       [&](int64_t i, auto w) {
         using V = simd::vec<T, decltype(w)::value>;

@@ -12,13 +12,10 @@ namespace {
 
 using namespace zivks;
 
-template <class T>
-constexpr int kBlock = 16 / sizeof(T);
-
 template <MaxMin d, class T>
 ZIVKStatus every_float(const T* src1, const T* src2, T* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src1, src2, dst)) return st;
-  for_blocks<kBlock<T>>(
+  for_blocks<kVectorElems<T>>(
       len,
       [&](int64_t i, auto w) {
         using V = simd::vec<T, decltype(w)::value>;
@@ -35,7 +32,7 @@ ZIVKStatus every_float(const T* src1, const T* src2, T* dst, int32_t len) {
 template <MaxMin d, class T>
 ZIVKStatus every_int_i(const T* src, T* srcDst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src, srcDst)) return st;
-  for_blocks<kBlock<T>>(
+  for_blocks<kVectorElems<T>>(
       len,
       [&](int64_t i, auto w) {
         using V = simd::vec<T, decltype(w)::value>;

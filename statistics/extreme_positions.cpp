@@ -23,9 +23,6 @@ namespace {
 using namespace zivks;
 using namespace zivks::extremes;
 
-template <class T>
-constexpr int kBlock = 2 * kLanes<T>;
-
 // The searches a pass runs: one direction, or both (MinMaxIndx).
 enum class Searches { kOne, kBoth };
 
@@ -39,10 +36,7 @@ template <> constexpr int kReadAheadBytes<uint32_t, Searches::kBoth> = 2048;
 // The running result of one direction.
 template <MaxMin d, class View, class T>
 struct Search {
-  static constexpr MaxMin kDir = d;
-  static constexpr bool kAbs = std::is_same_v<View, Abs>;
-  static constexpr auto kFold = d == MaxMin::kMax ? (kAbs ? simd::Fold::kMaxAbs : simd::Fold::kMax)
-                                               : (kAbs ? simd::Fold::kMinAbs : simd::Fold::kMin);
+  static constexpr simd::Fold kFold = extremes::kFold<d, View>;
   T best;
   int64_t at = 0;
 

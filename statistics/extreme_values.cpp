@@ -21,9 +21,6 @@ namespace {
 using namespace zivks;
 using namespace zivks::extremes;
 
-template <class T>
-constexpr int kBlock = 2 * kLanes<T>;
-
 // Folds the blocks from `from` to n into acc and reduces it across lanes.
 template <MaxMin d, class View, class T>
 T block_pass(const T* src, int64_t from, int64_t n, V<T> acc) {
@@ -39,12 +36,9 @@ T block_pass(const T* src, int64_t from, int64_t n, V<T> acc) {
 // zero (whose sign the fold leaves open); then the ordered pass.
 template <MaxMin d, class View, class T>
 T block_extreme(const T* src, int64_t from, int64_t n, T seed) {
-  constexpr bool kAbs = std::is_same_v<View, Abs>;
-  constexpr auto f = d == MaxMin::kMax ? (kAbs ? simd::Fold::kMaxAbs : simd::Fold::kMax)
-                                    : (kAbs ? simd::Fold::kMinAbs : simd::Fold::kMin);
   if (from >= n) return seed;
   bool nan = false;
-  const T m = reduce<d>(simd::fold<f>(src + from, (n - from) / kLanes<T>, nan));
+  const T m = reduce<d>(simd::fold<kFold<d, View>>(src + from, (n - from) / kLanes<T>, nan));
   if (!nan && !(kFloat<T> && m == 0)) return beats<d>(seed, m) ? seed : m;
   return block_pass<d, View>(src, from, n, simd::splat<V<T>>(seed));
 }

@@ -19,6 +19,10 @@ using V = simd::vec<T, 1>;
 template <class T>
 inline constexpr int kLanes = V<T>::kLanes;
 
+// A block of the extreme-value searches: two vectors.
+template <class T>
+inline constexpr int kBlock = 2 * kLanes<T>;
+
 // The block operation: float lanes propagate NaN and order -0 below +0.
 template <MaxMin d, class T>
 inline V<T> pick(const V<T>& a, const V<T>& b) {
@@ -64,5 +68,11 @@ struct Abs {
   template <class T> static T scalar(T x) { return abs_scalar(x); }
   template <class T> static V<T> block(const V<T>& v) { return abs_vec(v); }
 };
+
+// The vector layer's fold of direction d over the elements seen through View.
+template <MaxMin d, class View>
+inline constexpr simd::Fold kFold =
+    std::is_same_v<View, Abs> ? (d == MaxMin::kMax ? simd::Fold::kMaxAbs : simd::Fold::kMinAbs)
+                              : (d == MaxMin::kMax ? simd::Fold::kMax : simd::Fold::kMin);
 
 }  // namespace zivks::extremes
