@@ -4,8 +4,11 @@ include(CMakePackageConfigHelpers)
 
 install(TARGETS zivks_base zivk_core EXPORT zivksTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+# zivks.h includes one header per subsystem from zivks/.
 install(FILES ${PROJECT_SOURCE_DIR}/include/zivks.h ${PROJECT_SOURCE_DIR}/include/zivk_core.h
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/zivks DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
+  FILES_MATCHING PATTERN "*.h")
 install(EXPORT zivksTargets NAMESPACE zivks:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/zivks)
 
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/zivksConfig.cmake.in

@@ -17,6 +17,9 @@ int main(void) {
   float* x = ZIVKS_Malloc_32f(12);
   if (!x) return 1;
   if (check("ZIVKS_Set_32f(0.25, x, 12)", ZIVKS_Set_32f(0.25f, x, 12))) return 1;
+  printf("  x = ");
+  for (int i = 0; i < 12; ++i) printf("%g ", x[i]);
+  printf("\n  plus the ramp 0, 1, ..., 11 (added by this program, x[i] += i):\n");
   for (int i = 0; i < 12; ++i) x[i] += (float)i;
   printf("  x = ");
   for (int i = 0; i < 12; ++i) printf("%g ", x[i]);

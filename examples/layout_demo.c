@@ -31,9 +31,10 @@ int main(void) {
     return fprintf(stderr, "CplxToReal_32fc: status %d\n", st), 1;
   if ((st = ZIVKS_Conj_32fc(iq, conj, kPoints)) != ZIVK_STS_NO_ERR)
     return fprintf(stderr, "Conj_32fc: status %d\n", st), 1;
-  printf("complex signal split into parts, and its conjugate:\n");
+  printf("complex signal split into parts, and its conjugate (im negated; 0 becomes -0):\n");
+  printf("  %7s %7s   %8s %8s\n", "re", "im", "conj re", "conj im");
   for (int i = 0; i < kPoints; ++i)
-    printf("  re %6.3f  im %6.3f   conj %6.3f %+6.3fi\n", re[i], im[i], conj[i].re, conj[i].im);
+    printf("  %7.3f %7.3f   %8.3f %8.3f\n", re[i], im[i], conj[i].re, conj[i].im);
 
   /* The conjugate's imaginary part again, joined with a zero real part. */
   float conj_im[kPoints];
@@ -41,7 +42,8 @@ int main(void) {
   if ((st = ZIVKS_Imag_32fc(conj, conj_im, kPoints)) != ZIVK_STS_NO_ERR ||
       (st = ZIVKS_RealToCplx_32f(NULL, conj_im, only_im, kPoints)) != ZIVK_STS_NO_ERR)
     return fprintf(stderr, "Imag/RealToCplx: status %d\n", st), 1;
-  printf("imaginary part alone as a complex signal (no real source given):\n ");
+  printf("the conjugate's imaginary part alone, as complex numbers (re, im) with a zero\n"
+         "real part (RealToCplx given no real source):\n ");
   for (int i = 0; i < kPoints; ++i) printf(" (%g, %g)", only_im[i].re, only_im[i].im);
   printf("\n");
   return 0;

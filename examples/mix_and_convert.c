@@ -38,12 +38,15 @@ int main(void) {
   /* float -> int16 with scale 2^-15, that is times 32768, to nearest and truncated. */
   if (ZIVKS_Convert_32f16s_S(wave, pcm_near, N, ZIVK_RND_NEAR, 1.0 / 32768) != ZIVK_STS_NO_ERR) return 1;
   if (ZIVKS_Convert_32f16s_S(wave, pcm_zero, N, ZIVK_RND_ZERO, 1.0 / 32768) != ZIVK_STS_NO_ERR) return 1;
-  printf("\nfloat signal to int16 samples (times 32768)\n");
+  printf("\nfloat signal to int16 samples (times 32768; the fourth is -16383.5, a tie,\n"
+         "which the nearest mode gives to the even -16384; 1.0 saturates at 32767)\n");
   printf("%14s %10s %10s\n", "float", "nearest", "truncated");
   for (i = 0; i < N; ++i) printf("%14.9f %10d %10d\n", wave[i], pcm_near[i], pcm_zero[i]);
 
   /* A bad rounding mode is refused before anything is written. */
-  printf("\nrounding mode 7 gives status %d\n",
-         (int)ZIVKS_Convert_32f16s_S(wave, pcm_near, N, (ZIVKRoundMode)7, 1.0));
+  {
+    const ZIVKStatus st = ZIVKS_Convert_32f16s_S(wave, pcm_near, N, (ZIVKRoundMode)7, 1.0);
+    printf("\nrounding mode 7 gives status %d (%s)\n", (int)st, ZIVKS_GetStatusString(st));
+  }
   return 0;
 }

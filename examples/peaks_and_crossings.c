@@ -2,7 +2,7 @@
  *
  * The signal is one second of a 7 Hz tone sampled at 1000 Hz, with a slowly rising
  * amplitude and a little deterministic noise. The program reports the global extremes
- * and their positions, the largest peak in each tenth of a second, and the number of
+ * and their positions, the maximum of each tenth of a second, and the number of
  * zero crossings by the three kinds of count, from which it estimates the frequency.
  * Build: the examples/ folder of the project builds it as example_peaks_and_crossings. */
 #include <stdio.h>
@@ -47,7 +47,7 @@ int main(void) {
   if (ZIVKS_MaxAbs_32f(signal, LEN, &peak) != ZIVK_STS_NO_ERR) return 1;
   printf("largest magnitude %.4f\n", peak);
 
-  printf("largest peak in each window of %d samples:\n", WINDOW);
+  printf("maximum of each window of %d samples, and where it lies:\n", WINDOW);
   for (int w = 0; w < LEN; w += WINDOW) {
     float v;
     int32_t at;
@@ -55,7 +55,7 @@ int main(void) {
     printf("  samples %4d-%4d: %+.4f at %4d\n", w, w + WINDOW - 1, v, w + at);
   }
 
-  static const char* kinds[3] = {"product below zero", "sign bits differ", "half steps through zero"};
+  static const char* kinds[3] = {"product below zero", "sign bits differ", "sign steps, a touch of zero counting half"};
   for (int kind = 0; kind < 3; ++kind) {
     float zf, zi;
     if (ZIVKS_ZeroCrossing_32f(signal, LEN, &zf, kind) != ZIVK_STS_NO_ERR) return 1;
@@ -70,6 +70,6 @@ int main(void) {
   static int32_t wide[LEN];
   for (int i = 0; i < LEN; ++i) wide[i] = pcm[i];
   if (ZIVKS_CountInRange_32s(wide, LEN, &loud, 24000, 32767) != ZIVK_STS_NO_ERR) return 1;
-  printf("samples above 0.75 of full scale: %d\n", loud);
+  printf("samples above +0.75 (int16 samples strictly between 24000 and 32767): %d\n", loud);
   return 0;
 }

@@ -23,16 +23,30 @@ ensure_packages() {
 BASE_PACKAGES=(g++ cmake ninja-build pkg-config libgtest-dev googletest binutils)
 
 # configure_and_build DIR CMAKE-OPTIONS... : an incremental build in $ROOT/build/DIR.
+# Of the configure output only the line that names the chosen backend is shown.
 configure_and_build() {
-  local dir=$ROOT/build/$1
+  local dir=$ROOT/build/$1 out
   shift
-  cmake -S "$ROOT" -B "$dir" -G Ninja "$@" >/dev/null
+  if ! out=$(cmake -S "$ROOT" -B "$dir" -G Ninja "$@"); then
+    echo "$out"
+    return 1
+  fi
+  grep -E '^-- zivks:' <<<"$out" || true
   cmake --build "$dir" -j "$JOBS"
 }
 
-# run_tests DIR : the suite through CTest, with the runner's summary lines.
+# run_tests DIR : the suite through CTest, then the test runner's own summary: CTest
+# counts the whole GoogleTest binary as one test.
 run_tests() {
-  (cd "$ROOT/build/$1" && ctest --output-on-failure -j 2)
+  local dir=$ROOT/build/$1 rc=0
+  (cd "$dir" && ctest --output-on-failure -j 2) || rc=$?
+  local log=$dir/Testing/Temporary/LastTest.log ran failed
+  echo "GoogleTest summary (zivks_tests):"
+  grep -hE '^\[(==========|  PASSED  |  FAILED  )\]' "$log" 2>/dev/null | sed 's/^/  /' || true
+  ran=$(grep -hoE '^\[==========\] [0-9]+ tests? from' "$log" 2>/dev/null | grep -oE '[0-9]+' | head -1)
+  failed=$(grep -hoE '^\[  FAILED  \] [0-9]+ tests?,' "$log" 2>/dev/null | grep -oE '[0-9]+' | head -1)
+  [ -n "$ran" ] && echo "zivks_tests: $((ran - ${failed:-0})) passed, ${failed:-0} failed"
+  return "$rc"
 }
 
 # The best x86-64 level of this machine: v4 (AVX-512), v3 (AVX2) or v2.

@@ -17,6 +17,7 @@
 #include <math.h>
 
 #include "core/frame.h"
+#include "core/handles.h"
 
 namespace {
 
@@ -53,9 +54,10 @@ inline bool product_negative(T a, T b) {
 
 template <class T>
 ZIVKStatus zero_crossing(const T* src, int32_t len_arg, float* out, int32_t kind) {
-  if (any_null(src, out)) return ZIVK_STS_NULL_PTR_ERR;
-  if (len_arg == 0) return ZIVK_STS_SIZE_ERR;
-  if (static_cast<uint32_t>(kind) > 2) return ZIVK_STS_ZC_TYPE_ERR;
+  if (const ZIVKStatus st = handles::first_failure({{any_null(src, out), ZIVK_STS_NULL_PTR_ERR},
+                                                     {len_arg == 0, ZIVK_STS_SIZE_ERR},
+                                                     {static_cast<uint32_t>(kind) > 2, ZIVK_STS_ZC_TYPE_ERR}}))
+    return st;
   const uint64_t len = static_cast<uint32_t>(len_arg);
   const uint64_t pairs = len - 1;
   constexpr bool kInt = std::is_same_v<T, int16_t>;
