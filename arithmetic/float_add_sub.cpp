@@ -2,12 +2,12 @@
 // IEEE operation per part, the NaN rule of core/fp.h, no fusing, no reassociation.
 // A complex operation works on re and im apart, so every member is a map over parts.
 #include "core/frame.h"
+#include "core/operands.h"
+#include "core/ops.h"
 
 namespace {
 
 using namespace zivks;
-
-enum class Op { kAdd, kSub };
 
 // Registers handled per loop step, and per NaN test, at the widest width: a pair, which
 // the compiler still keeps in registers.
@@ -17,72 +17,42 @@ constexpr int kPair = 2;
 // (256 bits): where 512-bit operations are split in two halves (AMD Zen 4), these loops
 // streamed from memory faster at 256 bits, while 512 bits did better from the caches.
 constexpr int kNarrow = simd::kWide < 2 ? simd::kWide : 2;
-constexpr int64_t kNarrowBytes = int64_t{1} << 20;
+constexpr int64_t kNarrowFromBytes = int64_t{1} << 20;
 
-template <Op op, class V>
+template <AddSub op, class V>
 inline V apply(const V& a, const V& b) {
-  if constexpr (op == Op::kAdd) return simd::add(a, b);
+  if constexpr (op == AddSub::kAdd) return simd::add(a, b);
   else return simd::sub(a, b);
 }
 
 // The same, except that a NaN lane may not yet be the one the library gives.
-template <Op op, class V>
+template <AddSub op, class V>
 inline V apply_raw(const V& a, const V& b) {
-  if constexpr (op == Op::kAdd) return simd::add_raw(a, b);
+  if constexpr (op == AddSub::kAdd) return simd::add_raw(a, b);
   else return simd::sub_raw(a, b);
 }
 
-template <Op op, class P>
+template <AddSub op, class P>
 inline P apply_scalar(P a, P b) {
-  if constexpr (op == Op::kAdd) return fp::add(a, b);
+  if constexpr (op == AddSub::kAdd) return fp::add(a, b);
   else return fp::sub(a, b);
 }
 
-// An array operand, read by parts, with an optional read prefetch in bytes.
-template <class E, int Prefetch = 0>
-struct array_operand {
-  using P = part_t<E>;
-  const P* p;
-  explicit array_operand(const E* a) : p(as_parts(a)) {}
-  template <class V>
-  V vec(int64_t part) const {
-    if constexpr (Prefetch != 0) simd::prefetch_stream(p + part + Prefetch / sizeof(P));
-    return simd::load<V>(p + part);
-  }
-  P at(int64_t part) const { return p[part]; }
-};
-
-// A constant operand: val across the vector, re and im alternating for complex values.
-template <class E>
-struct const_operand {
-  using P = part_t<E>;
-  simd::vec<P, 1> v1;
-  simd::vec<P, kNarrow> vn;
-  simd::vec<P, simd::kWide> vw;
-  P part[parts<E>::count];
-  explicit const_operand(const E& val)
-      : v1(simd::repeat<simd::vec<P, 1>>(val)),
-        vn(simd::repeat<simd::vec<P, kNarrow>>(val)),
-        vw(simd::repeat<simd::vec<P, simd::kWide>>(val)) {
-    memcpy(part, &val, sizeof part);
-  }
-  template <class V>
-  V vec(int64_t) const {
-    if constexpr (V::kBlocks == 1) return v1;
-    else if constexpr (V::kBlocks == kNarrow) return vn;
-    else return vw;
-  }
-  P at(int64_t i) const { return part[i % parts<E>::count]; }
-};
+// An array operand read by parts (a complex record is re then im), with a read hint
+// kAheadBytes ahead (none when 0). A constant operand is a const_operand<E>.
+template <class E, int kAheadBytes = 0>
+inline array_operand<part_t<E>, kAheadBytes> parts_of(const E* a) {
+  return {as_parts(a)};
+}
 
 // A step whose results held a NaN (rare): the one or two registers of the step again,
 // from their operands, with the library's NaN rule, stored over the first results. The
 // operands come by value, in registers, so the loop need not keep them in memory.
-template <Op op, class P, class V>
+template <AddSub op, class P, class V>
 [[gnu::cold, gnu::noinline]] void redo_step(P* d, V x0, V y0) {
   simd::store(d, apply<op>(x0, y0));
 }
-template <Op op, class P, class V>
+template <AddSub op, class P, class V>
 [[gnu::cold, gnu::noinline]] void redo_step(P* d, V x0, V y0, V x1, V y1) {
   simd::store(d, apply<op>(x0, y0));
   simd::store(d + V::kLanes, apply<op>(x1, y1));
@@ -91,7 +61,7 @@ template <Op op, class P, class V>
 // dst = a op b over len elements of E, in blocks of B elements. Every block is loaded
 // whole before it is stored, so dst may be either source. Each part is one operation of
 // its own, so blocks may go through the loop in groups of any size.
-template <Op op, int B, class E, class A, class C>
+template <AddSub op, int B, class E, class A, class C>
 void map(const A& a_in, const C& b_in, E* dst, int32_t len) {
   using P = part_t<E>;
   constexpr int kParts = parts<E>::count;
@@ -123,7 +93,7 @@ void map(const A& a_in, const C& b_in, E* dst, int32_t len) {
   };
   constexpr int kSteps = kVecs < kPair ? kPair / kVecs : 1;  // groups of blocks a step
   int64_t i;
-  if (kNarrow < simd::kWide && int64_t{len} * static_cast<int64_t>(sizeof(E)) >= kNarrowBytes)
+  if (kNarrow < simd::kWide && int64_t{len} * static_cast<int64_t>(sizeof(E)) >= kNarrowFromBytes)
     i = for_whole_block_groups<B, kSteps, kNarrow>(len, step);
   else
     i = for_whole_block_groups<B, kSteps>(len, step);
@@ -135,22 +105,21 @@ void map(const A& a_in, const C& b_in, E* dst, int32_t len) {
 }
 
 // One 128-bit vector a block, except AddC of 64fc, which takes two.
-template <class E> constexpr int kBlock = 16 / sizeof(E);
-template <class E> constexpr int kBlockAddC = kBlock<E>;
+template <class E> constexpr int kBlockAddC = kVectorElems<E>;
 template <> constexpr int kBlockAddC<ZIVK64fc> = 2;
 
-// Subtraction of 64fc prefetches: 2048 bytes ahead of both arrays, 4096 ahead of the
-// one array of the constant forms.
-template <class E> constexpr int kSubPrefetch = 0;
-template <> constexpr int kSubPrefetch<ZIVK64fc> = 2048;
-template <class E> constexpr int kSubCPrefetch = 0;
-template <> constexpr int kSubCPrefetch<ZIVK64fc> = 4096;
+// Subtraction of 64fc hints its reads: 2048 bytes ahead of both arrays, 4096 ahead of
+// the one array of the constant forms. The other members send no hints.
+template <class E> constexpr int kSubReadAheadBytes = 0;
+template <> constexpr int kSubReadAheadBytes<ZIVK64fc> = 2048;
+template <class E> constexpr int kSubCReadAheadBytes = 0;
+template <> constexpr int kSubCReadAheadBytes<ZIVK64fc> = 4096;
 
 // dst = src1 + src2
 template <class E>
 ZIVKStatus add(const E* src1, const E* src2, E* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src1, src2, dst)) return st;
-  map<Op::kAdd, kBlock<E>>(array_operand<E>(src1), array_operand<E>(src2), dst, len);
+  map<AddSub::kAdd, kVectorElems<E>>(parts_of(src1), parts_of(src2), dst, len);
   return ZIVK_STS_NO_ERR;
 }
 
@@ -158,93 +127,64 @@ ZIVKStatus add(const E* src1, const E* src2, E* dst, int32_t len) {
 template <class E>
 ZIVKStatus sub(const E* src1, const E* src2, E* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src1, src2, dst)) return st;
-  map<Op::kSub, kBlock<E>>(array_operand<E, kSubPrefetch<E>>(src2),
-                           array_operand<E, kSubPrefetch<E>>(src1), dst, len);
+  map<AddSub::kSub, kVectorElems<E>>(parts_of<E, kSubReadAheadBytes<E>>(src2),
+                               parts_of<E, kSubReadAheadBytes<E>>(src1), dst, len);
   return ZIVK_STS_NO_ERR;
 }
 
 template <class E>
 ZIVKStatus add_c(const E* src, E val, E* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src, dst)) return st;
-  map<Op::kAdd, kBlockAddC<E>>(array_operand<E>(src), const_operand<E>(val), dst, len);
+  map<AddSub::kAdd, kBlockAddC<E>>(parts_of(src), const_operand<E>(val), dst, len);
   return ZIVK_STS_NO_ERR;
 }
 
 template <class E>
 ZIVKStatus sub_c(const E* src, E val, E* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src, dst)) return st;
-  map<Op::kSub, kBlock<E>>(array_operand<E, kSubCPrefetch<E>>(src), const_operand<E>(val), dst, len);
+  map<AddSub::kSub, kVectorElems<E>>(parts_of<E, kSubCReadAheadBytes<E>>(src), const_operand<E>(val), dst, len);
   return ZIVK_STS_NO_ERR;
 }
 
 template <class E>
 ZIVKStatus sub_c_rev(const E* src, E val, E* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src, dst)) return st;
-  map<Op::kSub, kBlock<E>>(const_operand<E>(val), array_operand<E, kSubCPrefetch<E>>(src), dst, len);
+  map<AddSub::kSub, kVectorElems<E>>(const_operand<E>(val), parts_of<E, kSubCReadAheadBytes<E>>(src), dst, len);
   return ZIVK_STS_NO_ERR;
 }
 
 }  // namespace
 
-// The in-place forms call their twin with the pointer twice, except the 64fc ones that
-// have a body of their own (same blocks, same result): Sub_64fc_I, AddC_64fc_I,
-// SubC_64fc_I and SubCRev_64fc_I.
-#define ZIVKS_FLOAT_ARRAYS(name, fn, code, type)                                                  \
-  ZIVKS_EXPORT ZIVKStatus ZIVKS_##name##_##code(const type* src1, const type* src2, type* dst,    \
-                                                int32_t len) {                                    \
-    return fn(src1, src2, dst, len);                                                              \
-  }
-#define ZIVKS_FLOAT_ARRAYS_I(name, code, type)                                                    \
-  ZIVKS_EXPORT ZIVKStatus ZIVKS_##name##_##code##_I(const type* src, type* srcDst, int32_t len) { \
-    return ZIVKS_##name##_##code(src, srcDst, srcDst, len);                                       \
-  }
-#define ZIVKS_FLOAT_CONST(name, fn, code, type)                                                   \
-  ZIVKS_EXPORT ZIVKStatus ZIVKS_##name##_##code(const type* src, type val, type* dst,             \
-                                                int32_t len) {                                    \
-    return fn(src, val, dst, len);                                                                \
-  }
-#define ZIVKS_FLOAT_CONST_I(name, code, type)                                                     \
-  ZIVKS_EXPORT ZIVKStatus ZIVKS_##name##_##code##_I(type val, type* srcDst, int32_t len) {        \
-    return ZIVKS_##name##_##code(srcDst, val, srcDst, len);                                       \
-  }
-#define ZIVKS_FLOAT_FAMILY(code, type)        \
-  ZIVKS_FLOAT_ARRAYS(Add, add, code, type)    \
-  ZIVKS_FLOAT_ARRAYS(Sub, sub, code, type)    \
-  ZIVKS_FLOAT_CONST(AddC, add_c, code, type)  \
-  ZIVKS_FLOAT_CONST(SubC, sub_c, code, type)  \
-  ZIVKS_FLOAT_CONST(SubCRev, sub_c_rev, code, type)
+// Each row: the exported function, its in-place form (which calls the twin), the body,
+// the element type.
+#define ZIVKS_FLOAT_ARRAYS(name, name_in_place, fn, type)                                    \
+  ZIVKS_EXPORT ZIVKStatus name(const type* src1, const type* src2, type* dst, int32_t len) { \
+    return fn(src1, src2, dst, len);                                                         \
+  }                                                                                          \
+  ZIVKS_IN_PLACE_OF_ARRAYS(name_in_place, name, type)
+#define ZIVKS_FLOAT_CONST(name, name_in_place, fn, type)                            \
+  ZIVKS_EXPORT ZIVKStatus name(const type* src, type val, type* dst, int32_t len) { \
+    return fn(src, val, dst, len);                                                  \
+  }                                                                                 \
+  ZIVKS_IN_PLACE_OF_CONST(name_in_place, name, type)
 
-ZIVKS_FLOAT_FAMILY(32f, float)
-ZIVKS_FLOAT_FAMILY(64f, double)
-ZIVKS_FLOAT_FAMILY(32fc, ZIVK32fc)
-ZIVKS_FLOAT_FAMILY(64fc, ZIVK64fc)
-
-ZIVKS_FLOAT_ARRAYS_I(Add, 32f, float)
-ZIVKS_FLOAT_ARRAYS_I(Add, 64f, double)
-ZIVKS_FLOAT_ARRAYS_I(Add, 32fc, ZIVK32fc)
-ZIVKS_FLOAT_ARRAYS_I(Add, 64fc, ZIVK64fc)
-ZIVKS_FLOAT_ARRAYS_I(Sub, 32f, float)
-ZIVKS_FLOAT_ARRAYS_I(Sub, 64f, double)
-ZIVKS_FLOAT_ARRAYS_I(Sub, 32fc, ZIVK32fc)
-ZIVKS_FLOAT_CONST_I(AddC, 32f, float)
-ZIVKS_FLOAT_CONST_I(AddC, 64f, double)
-ZIVKS_FLOAT_CONST_I(AddC, 32fc, ZIVK32fc)
-ZIVKS_FLOAT_CONST_I(SubC, 32f, float)
-ZIVKS_FLOAT_CONST_I(SubC, 64f, double)
-ZIVKS_FLOAT_CONST_I(SubC, 32fc, ZIVK32fc)
-ZIVKS_FLOAT_CONST_I(SubCRev, 32f, float)
-ZIVKS_FLOAT_CONST_I(SubCRev, 64f, double)
-ZIVKS_FLOAT_CONST_I(SubCRev, 32fc, ZIVK32fc)
-
-ZIVKS_EXPORT ZIVKStatus ZIVKS_Sub_64fc_I(const ZIVK64fc* src, ZIVK64fc* srcDst, int32_t len) {
-  return sub(src, srcDst, srcDst, len);
-}
-ZIVKS_EXPORT ZIVKStatus ZIVKS_AddC_64fc_I(ZIVK64fc val, ZIVK64fc* srcDst, int32_t len) {
-  return add_c(srcDst, val, srcDst, len);
-}
-ZIVKS_EXPORT ZIVKStatus ZIVKS_SubC_64fc_I(ZIVK64fc val, ZIVK64fc* srcDst, int32_t len) {
-  return sub_c(srcDst, val, srcDst, len);
-}
-ZIVKS_EXPORT ZIVKStatus ZIVKS_SubCRev_64fc_I(ZIVK64fc val, ZIVK64fc* srcDst, int32_t len) {
-  return sub_c_rev(srcDst, val, srcDst, len);
-}
+ZIVKS_FLOAT_ARRAYS(ZIVKS_Add_32f, ZIVKS_Add_32f_I, add, float)
+ZIVKS_FLOAT_ARRAYS(ZIVKS_Add_64f, ZIVKS_Add_64f_I, add, double)
+ZIVKS_FLOAT_ARRAYS(ZIVKS_Add_32fc, ZIVKS_Add_32fc_I, add, ZIVK32fc)
+ZIVKS_FLOAT_ARRAYS(ZIVKS_Add_64fc, ZIVKS_Add_64fc_I, add, ZIVK64fc)
+ZIVKS_FLOAT_ARRAYS(ZIVKS_Sub_32f, ZIVKS_Sub_32f_I, sub, float)
+ZIVKS_FLOAT_ARRAYS(ZIVKS_Sub_64f, ZIVKS_Sub_64f_I, sub, double)
+ZIVKS_FLOAT_ARRAYS(ZIVKS_Sub_32fc, ZIVKS_Sub_32fc_I, sub, ZIVK32fc)
+ZIVKS_FLOAT_ARRAYS(ZIVKS_Sub_64fc, ZIVKS_Sub_64fc_I, sub, ZIVK64fc)
+ZIVKS_FLOAT_CONST(ZIVKS_AddC_32f, ZIVKS_AddC_32f_I, add_c, float)
+ZIVKS_FLOAT_CONST(ZIVKS_AddC_64f, ZIVKS_AddC_64f_I, add_c, double)
+ZIVKS_FLOAT_CONST(ZIVKS_AddC_32fc, ZIVKS_AddC_32fc_I, add_c, ZIVK32fc)
+ZIVKS_FLOAT_CONST(ZIVKS_AddC_64fc, ZIVKS_AddC_64fc_I, add_c, ZIVK64fc)
+ZIVKS_FLOAT_CONST(ZIVKS_SubC_32f, ZIVKS_SubC_32f_I, sub_c, float)
+ZIVKS_FLOAT_CONST(ZIVKS_SubC_64f, ZIVKS_SubC_64f_I, sub_c, double)
+ZIVKS_FLOAT_CONST(ZIVKS_SubC_32fc, ZIVKS_SubC_32fc_I, sub_c, ZIVK32fc)
+ZIVKS_FLOAT_CONST(ZIVKS_SubC_64fc, ZIVKS_SubC_64fc_I, sub_c, ZIVK64fc)
+ZIVKS_FLOAT_CONST(ZIVKS_SubCRev_32f, ZIVKS_SubCRev_32f_I, sub_c_rev, float)
+ZIVKS_FLOAT_CONST(ZIVKS_SubCRev_64f, ZIVKS_SubCRev_64f_I, sub_c_rev, double)
+ZIVKS_FLOAT_CONST(ZIVKS_SubCRev_32fc, ZIVKS_SubCRev_32fc_I, sub_c_rev, ZIVK32fc)
+ZIVKS_FLOAT_CONST(ZIVKS_SubCRev_64fc, ZIVKS_SubCRev_64fc_I, sub_c_rev, ZIVK64fc)

@@ -6,27 +6,23 @@
 
 #include "core/frame.h"
 #include "core/lane.h"
+#include "core/operands.h"
+#include "core/ops.h"
 
 namespace {
 
 using namespace zivks;
 
-template <class T, class W>
-inline T saturate(W x) {
-  if (x > static_cast<W>(std::numeric_limits<T>::max())) return std::numeric_limits<T>::max();
-  if (x < static_cast<W>(std::numeric_limits<T>::min())) return std::numeric_limits<T>::min();
-  return static_cast<T>(x);
-}
-
-template <class T>
-constexpr int kLanes = 16 / sizeof(T);
+// Read hints, in bytes ahead of the element read, of both sources.
+constexpr int64_t kAddSatReadAheadBytes = 1024;  // Add_16u, Add_32u
+constexpr int64_t kAdd8u16uReadAheadBytes = 512;
 
 // |x|; the most negative integer has no positive counterpart and gives the largest one.
 // Float lanes lose only the sign bit: -0 becomes +0, NaN keeps its payload.
 template <class T>
 ZIVKStatus abs_of(const T* src, T* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src, dst)) return st;
-  for_blocks<kLanes<T>>(
+  for_blocks<kVectorElems<T>>(
       len,
       [&](int64_t i, auto w) {
         using V = simd::vec<T, decltype(w)::value>;
@@ -40,21 +36,19 @@ ZIVKStatus abs_of(const T* src, T* dst, int32_t len) {
   return ZIVK_STS_NO_ERR;
 }
 
-// dst = src1 + src2 saturating, over whole vectors (Add_16u, Add_32u), prefetching
-// Prefetch bytes ahead in both sources.
-template <class T, int Prefetch>
+// dst = src1 + src2 saturating, over whole vectors (Add_16u, Add_32u).
+template <class T>
 ZIVKStatus add_sat(const T* src1, const T* src2, T* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src1, src2, dst)) return st;
-  constexpr int64_t ahead = Prefetch / sizeof(T);
-  for_blocks<kLanes<T>>(
+  for_blocks<kVectorElems<T>>(
       len,
       [&](int64_t i, auto w) {
         using V = simd::vec<T, decltype(w)::value>;
-        simd::prefetch_stream(src1 + i + ahead);
-        simd::prefetch_stream(src2 + i + ahead);
+        hint_read(src1 + i, kAddSatReadAheadBytes);
+        hint_read(src2 + i, kAddSatReadAheadBytes);
         simd::store(dst + i, simd::add_sat(simd::load<V>(src1 + i), simd::load<V>(src2 + i)));
       },
-      [&](int64_t i) { dst[i] = saturate<T>(int64_t{src1[i]} + int64_t{src2[i]}); });
+      [&](int64_t i) { dst[i] = lane::clamp_to<T>(int64_t{src1[i]} + int64_t{src2[i]}); });
   return ZIVK_STS_NO_ERR;
 }
 
@@ -65,19 +59,17 @@ ZIVKStatus add_8u16u(const uint8_t* src1, const uint8_t* src2, uint16_t* dst, in
       len,
       [&](int64_t i, auto w) {
         using V = simd::vec<uint16_t, decltype(w)::value>;
-        simd::prefetch_stream(src1 + i + 512);
-        simd::prefetch_stream(src2 + i + 512);
+        hint_read(src1 + i, kAdd8u16uReadAheadBytes);
+        hint_read(src2 + i, kAdd8u16uReadAheadBytes);
         simd::store(dst + i, simd::add_wrap(simd::load_widen<V>(src1 + i), simd::load_widen<V>(src2 + i)));
       },
       [&](int64_t i) { dst[i] = static_cast<uint16_t>(src1[i] + src2[i]); });
   return ZIVK_STS_NO_ERR;
 }
 
-// int16 a op b saturating, 4 elements (half a vector) a block. b is an array or, for
-// the constant forms, the same value for every element.
-enum class Op { kAdd, kSub };
-
-template <Op op, class B>
+// int16 a op b saturating, 4 elements (half a vector) a block. b is an array_operand or,
+// for the constant forms, a const_operand.
+template <AddSub op, class B>
 ZIVKStatus int16_sat(const int16_t* a, const B& b, int16_t* dst, int32_t len) {
   for_blocks<4>(
       len,
@@ -87,35 +79,22 @@ ZIVKStatus int16_sat(const int16_t* a, const B& b, int16_t* dst, int32_t len) {
         if constexpr (K == 1) {
           using V = simd::vec<int16_t>;
           const V x = simd::load_lo<V>(a + i), y = b.template vec_lo<V>(i);
-          simd::store_lo(dst + i, op == Op::kAdd ? simd::add_sat(x, y) : simd::sub_sat(x, y));
+          simd::store_lo(dst + i, op == AddSub::kAdd ? simd::add_sat(x, y) : simd::sub_sat(x, y));
         } else {
           using V = simd::vec<int16_t, K / 2>;
           const V x = simd::load<V>(a + i), y = b.template vec<V>(i);
-          simd::store(dst + i, op == Op::kAdd ? simd::add_sat(x, y) : simd::sub_sat(x, y));
+          simd::store(dst + i, op == AddSub::kAdd ? simd::add_sat(x, y) : simd::sub_sat(x, y));
         }
       },
       [&](int64_t i) {
         const int32_t x = a[i], y = b.at(i);
-        dst[i] = saturate<int16_t>(op == Op::kAdd ? x + y : x - y);
+        dst[i] = lane::clamp_to<int16_t>(op == AddSub::kAdd ? x + y : x - y);
       });
   return ZIVK_STS_NO_ERR;
 }
 
-struct int16_array {
-  const int16_t* p;
-  template <class V> V vec_lo(int64_t i) const { return simd::load_lo<V>(p + i); }
-  template <class V> V vec(int64_t i) const { return simd::load<V>(p + i); }
-  int32_t at(int64_t i) const { return p[i]; }
-};
-struct int16_const {
-  int16_t val;
-  template <class V> V vec_lo(int64_t) const { return simd::splat<V>(val); }
-  template <class V> V vec(int64_t) const { return simd::splat<V>(val); }
-  int32_t at(int64_t) const { return val; }
-};
-
 // Sums and differences of two int16 arrays as exact float32: add as integers, convert.
-template <Op op>
+template <AddSub op>
 ZIVKStatus int16_to_32f(const int16_t* src1, const int16_t* src2, float* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src1, src2, dst)) return st;
   for_blocks<4>(
@@ -123,11 +102,11 @@ ZIVKStatus int16_to_32f(const int16_t* src1, const int16_t* src2, float* dst, in
       [&](int64_t i, auto w) {
         using W = simd::vec<int32_t, decltype(w)::value>;
         const W a = simd::load_widen<W>(src1 + i), b = simd::load_widen<W>(src2 + i);
-        simd::store(dst + i, simd::cvt_to_float<float>(op == Op::kAdd ? simd::add_wrap(a, b) : simd::sub_wrap(b, a)));
+        simd::store(dst + i, simd::cvt_to_float<float>(op == AddSub::kAdd ? simd::add_wrap(a, b) : simd::sub_wrap(b, a)));
       },
       [&](int64_t i) {
         const float a = src1[i], b = src2[i];
-        dst[i] = op == Op::kAdd ? a + b : b - a;
+        dst[i] = op == AddSub::kAdd ? a + b : b - a;
       });
   return ZIVK_STS_NO_ERR;
 }
@@ -149,60 +128,54 @@ ZIVKStatus add_16s32s_wrap(const int16_t* src, int32_t* srcDst, int32_t len) {
 
 }  // namespace
 
-#define ZIVKS_ABS(code, type)                                                                 \
-  ZIVKS_EXPORT ZIVKStatus ZIVKS_Abs_##code(const type* src, type* dst, int32_t len) {         \
-    return abs_of(src, dst, len);                                                                \
-  }                                                                                           \
-  ZIVKS_EXPORT ZIVKStatus ZIVKS_Abs_##code##_I(type* srcDst, int32_t len) {                   \
-    return ZIVKS_Abs_##code(srcDst, srcDst, len);                                             \
-  }
-ZIVKS_ABS(16s, int16_t)
-ZIVKS_ABS(32s, int32_t)
-ZIVKS_ABS(32f, float)
-ZIVKS_ABS(64f, double)
+// Each row: the exported function, its in-place form (which calls the twin), the
+// element type.
+#define ZIVKS_ABS(name, name_in_place, type)                              \
+  ZIVKS_EXPORT ZIVKStatus name(const type* src, type* dst, int32_t len) { \
+    return abs_of(src, dst, len);                                         \
+  }                                                                       \
+  ZIVKS_IN_PLACE_OF_ONE(name_in_place, name, type)
+ZIVKS_ABS(ZIVKS_Abs_16s, ZIVKS_Abs_16s_I, int16_t)
+ZIVKS_ABS(ZIVKS_Abs_32s, ZIVKS_Abs_32s_I, int32_t)
+ZIVKS_ABS(ZIVKS_Abs_32f, ZIVKS_Abs_32f_I, float)
+ZIVKS_ABS(ZIVKS_Abs_64f, ZIVKS_Abs_64f_I, double)
 
 ZIVKS_EXPORT ZIVKStatus ZIVKS_Add_8u16u(const uint8_t* src1, const uint8_t* src2, uint16_t* dst, int32_t len) {
   return add_8u16u(src1, src2, dst, len);
 }
 ZIVKS_EXPORT ZIVKStatus ZIVKS_Add_16u(const uint16_t* src1, const uint16_t* src2, uint16_t* dst, int32_t len) {
-  return add_sat<uint16_t, 1024>(src1, src2, dst, len);
+  return add_sat(src1, src2, dst, len);
 }
 ZIVKS_EXPORT ZIVKStatus ZIVKS_Add_32u(const uint32_t* src1, const uint32_t* src2, uint32_t* dst, int32_t len) {
-  return add_sat<uint32_t, 1024>(src1, src2, dst, len);
+  return add_sat(src1, src2, dst, len);
 }
-ZIVKS_EXPORT ZIVKStatus ZIVKS_Add_32u_I(const uint32_t* src, uint32_t* srcDst, int32_t len) {
-  return ZIVKS_Add_32u(src, srcDst, srcDst, len);
-}
+ZIVKS_IN_PLACE_OF_ARRAYS(ZIVKS_Add_32u_I, ZIVKS_Add_32u, uint32_t)
 
 ZIVKS_EXPORT ZIVKStatus ZIVKS_Add_16s(const int16_t* src1, const int16_t* src2, int16_t* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src1, src2, dst)) return st;
-  return int16_sat<Op::kAdd>(src1, int16_array{src2}, dst, len);
+  return int16_sat<AddSub::kAdd>(src1, array_operand<int16_t>{src2}, dst, len);
 }
-ZIVKS_EXPORT ZIVKStatus ZIVKS_Add_16s_I(const int16_t* src, int16_t* srcDst, int32_t len) {
-  return ZIVKS_Add_16s(src, srcDst, srcDst, len);
-}
+ZIVKS_IN_PLACE_OF_ARRAYS(ZIVKS_Add_16s_I, ZIVKS_Add_16s, int16_t)
 // src2 - src1: the first array is the subtrahend.
 ZIVKS_EXPORT ZIVKStatus ZIVKS_Sub_16s(const int16_t* src1, const int16_t* src2, int16_t* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src1, src2, dst)) return st;
-  return int16_sat<Op::kSub>(src2, int16_array{src1}, dst, len);
+  return int16_sat<AddSub::kSub>(src2, array_operand<int16_t>{src1}, dst, len);
 }
-ZIVKS_EXPORT ZIVKStatus ZIVKS_Sub_16s_I(const int16_t* src, int16_t* srcDst, int32_t len) {
-  return ZIVKS_Sub_16s(src, srcDst, srcDst, len);
-}
+ZIVKS_IN_PLACE_OF_ARRAYS(ZIVKS_Sub_16s_I, ZIVKS_Sub_16s, int16_t)
 ZIVKS_EXPORT ZIVKStatus ZIVKS_AddC_16s_I(int16_t val, int16_t* srcDst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, srcDst)) return st;
-  return int16_sat<Op::kAdd>(srcDst, int16_const{val}, srcDst, len);
+  return int16_sat<AddSub::kAdd>(srcDst, const_operand<int16_t>(val), srcDst, len);
 }
 ZIVKS_EXPORT ZIVKStatus ZIVKS_SubC_16s_I(int16_t val, int16_t* srcDst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, srcDst)) return st;
-  return int16_sat<Op::kSub>(srcDst, int16_const{val}, srcDst, len);
+  return int16_sat<AddSub::kSub>(srcDst, const_operand<int16_t>(val), srcDst, len);
 }
 
 ZIVKS_EXPORT ZIVKStatus ZIVKS_Add_16s32f(const int16_t* src1, const int16_t* src2, float* dst, int32_t len) {
-  return int16_to_32f<Op::kAdd>(src1, src2, dst, len);
+  return int16_to_32f<AddSub::kAdd>(src1, src2, dst, len);
 }
 ZIVKS_EXPORT ZIVKStatus ZIVKS_Sub_16s32f(const int16_t* src1, const int16_t* src2, float* dst, int32_t len) {
-  return int16_to_32f<Op::kSub>(src1, src2, dst, len);
+  return int16_to_32f<AddSub::kSub>(src1, src2, dst, len);
 }
 ZIVKS_EXPORT ZIVKStatus ZIVKS_Add_16s32s_I(const int16_t* src, int32_t* srcDst, int32_t len) {
   return add_16s32s_wrap(src, srcDst, len);

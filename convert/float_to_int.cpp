@@ -9,6 +9,8 @@
 // and truncate" rounds the sum: |p| = 0.49999999999999994 gives 1, and an odd whole p
 // from 2^52 to 2^53 into int64 moves to p + 1 (away from zero). Those stay as they are.
 #include "core/frame.h"
+#include "core/operands.h"
+#include "core/rounding.h"
 #include "core/scale.h"
 
 namespace {
@@ -44,8 +46,7 @@ template <class F, class I, int B, Mode m, bool kMultiply>
 void run(const F* src, I* dst, int32_t len, F mult) {
   using L = rounding::lane_int_t<F>;
   constexpr int kVecs = B / simd::vec<F>::kLanes;
-  const simd::vec<F> mv1 = simd::splat<simd::vec<F>>(mult);
-  const simd::vec<F, simd::kWide> mvw = simd::splat<simd::vec<F, simd::kWide>>(mult);
+  const broadcast<F> mvs(mult);
   // Every element is converted on its own, so blocks may go in groups of any size: a
   // group of K-block registers is kVecs of them per block, twice that where the results
   // narrow, so that every narrowing step fills whole registers.
@@ -56,10 +57,7 @@ void run(const F* src, I* dst, int32_t len, F mult) {
         constexpr int K = decltype(g)::value;
         constexpr int kRegs = kVecs * decltype(g)::kCount;
         using VF = simd::vec<F, K>;
-        const VF& mv = [&]() -> const VF& {
-          if constexpr (K == 1) return mv1;
-          else return mvw;
-        }();
+        const VF& mv = mvs.template get<K>();
         simd::vec<L, K> r[kRegs];
         for (int j = 0; j < kRegs; ++j) {
           VF p = simd::load<VF>(src + i + j * VF::kLanes);
@@ -74,10 +72,13 @@ void run(const F* src, I* dst, int32_t len, F mult) {
       });
 }
 
+// What a member does where M = 1: multiply as for any other M, or run a loop of its own
+// without the multiply, with the same results.
+enum class UnitScale { kMultiplied, kOwnLoop };
+
 // Checks in order: pointers, len, rndMode (compared as unsigned; 402 for a signed
-// target, 200 for an unsigned one), scale. kUnitPath members have a loop without the
-// multiply for M = 1, with the same results.
-template <class F, class I, int B, bool kUnitPath>
+// target, 200 for an unsigned one), scale.
+template <class F, class I, int B, UnitScale unit_scale>
 ZIVKStatus convert(const F* src, I* dst, int32_t len, ZIVKRoundMode mode, double scale) {
   if (const ZIVKStatus st = check_ptrs_len(len, src, dst)) return st;
   if (static_cast<uint32_t>(mode) > 2u)
@@ -86,7 +87,7 @@ ZIVKStatus convert(const F* src, I* dst, int32_t len, ZIVKRoundMode mode, double
   // M = 2^0 = 1, the common case, needs no call to compute it.
   const int32_t e = scale::exponent(scale);
   const F mult = e == 0 ? F(1) : scale::multiplier<F>(e);
-  const bool unit = kUnitPath && mult == F(1);
+  const bool unit = unit_scale == UnitScale::kOwnLoop && mult == F(1);
   auto go = [&](auto mode_tag) {
     constexpr Mode m = decltype(mode_tag)::value;
     if (unit) run<F, I, B, m, false>(src, dst, len, mult);
@@ -102,19 +103,21 @@ ZIVKStatus convert(const F* src, I* dst, int32_t len, ZIVKRoundMode mode, double
 
 }  // namespace
 
-#define ZIVKS_CONVERT(from, to, ftype, itype, block, unit)                                        \
-  ZIVKS_EXPORT ZIVKStatus ZIVKS_Convert_##from##to##_S(const ftype* src, itype* dst, int32_t len, \
-                                                        ZIVKRoundMode rndMode, double scale) {    \
-    return convert<ftype, itype, block, unit>(src, dst, len, rndMode, scale);                     \
+// Each row: the exported function, the source and target types, the block size in
+// elements, what M = 1 does.
+#define ZIVKS_CONVERT(name, ftype, itype, block, unit_scale)                                 \
+  ZIVKS_EXPORT ZIVKStatus name(const ftype* src, itype* dst, int32_t len, ZIVKRoundMode rndMode, \
+                               double scale) {                                               \
+    return convert<ftype, itype, block, UnitScale::unit_scale>(src, dst, len, rndMode, scale); \
   }
-ZIVKS_CONVERT(32f, 8u, float, uint8_t, 8, true)
-ZIVKS_CONVERT(32f, 16u, float, uint16_t, 8, true)
-ZIVKS_CONVERT(64f, 8u, double, uint8_t, 8, true)
-ZIVKS_CONVERT(64f, 16u, double, uint16_t, 4, true)
-ZIVKS_CONVERT(32f, 8s, float, int8_t, 8, true)
-ZIVKS_CONVERT(32f, 16s, float, int16_t, 4, false)
-ZIVKS_CONVERT(32f, 32s, float, int32_t, 4, false)
-ZIVKS_CONVERT(64f, 8s, double, int8_t, 8, false)
-ZIVKS_CONVERT(64f, 16s, double, int16_t, 4, false)
-ZIVKS_CONVERT(64f, 32s, double, int32_t, 4, false)
-ZIVKS_CONVERT(64f, 64s, double, int64_t, 4, false)
+ZIVKS_CONVERT(ZIVKS_Convert_32f8u_S, float, uint8_t, 8, kOwnLoop)
+ZIVKS_CONVERT(ZIVKS_Convert_32f16u_S, float, uint16_t, 8, kOwnLoop)
+ZIVKS_CONVERT(ZIVKS_Convert_64f8u_S, double, uint8_t, 8, kOwnLoop)
+ZIVKS_CONVERT(ZIVKS_Convert_64f16u_S, double, uint16_t, 4, kOwnLoop)
+ZIVKS_CONVERT(ZIVKS_Convert_32f8s_S, float, int8_t, 8, kOwnLoop)
+ZIVKS_CONVERT(ZIVKS_Convert_32f16s_S, float, int16_t, 4, kMultiplied)
+ZIVKS_CONVERT(ZIVKS_Convert_32f32s_S, float, int32_t, 4, kMultiplied)
+ZIVKS_CONVERT(ZIVKS_Convert_64f8s_S, double, int8_t, 8, kMultiplied)
+ZIVKS_CONVERT(ZIVKS_Convert_64f16s_S, double, int16_t, 4, kMultiplied)
+ZIVKS_CONVERT(ZIVKS_Convert_64f32s_S, double, int32_t, 4, kMultiplied)
+ZIVKS_CONVERT(ZIVKS_Convert_64f64s_S, double, int64_t, 4, kMultiplied)

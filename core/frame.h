@@ -12,7 +12,28 @@
 // Marks a definition as one of the exported names.
 #define ZIVKS_EXPORT extern "C" ZIVKS_API
 
+// In-place forms that are their twin `name` with srcDst in two roles and no check of
+// their own: the second source and dst of a two-array form, the source and dst of an
+// array-and-constant form, or the source and dst of a one-array form.
+#define ZIVKS_IN_PLACE_OF_ARRAYS(name_in_place, name, type)                           \
+  ZIVKS_EXPORT ZIVKStatus name_in_place(const type* src, type* srcDst, int32_t len) { \
+    return name(src, srcDst, srcDst, len);                                            \
+  }
+#define ZIVKS_IN_PLACE_OF_CONST(name_in_place, name, type)                  \
+  ZIVKS_EXPORT ZIVKStatus name_in_place(type val, type* srcDst, int32_t len) { \
+    return name(srcDst, val, srcDst, len);                                  \
+  }
+#define ZIVKS_IN_PLACE_OF_ONE(name_in_place, name, type)          \
+  ZIVKS_EXPORT ZIVKStatus name_in_place(type* srcDst, int32_t len) { \
+    return name(srcDst, srcDst, len);                             \
+  }
+
 namespace zivks {
+
+// Elements of E in one 128-bit vector: the block of the members that take one vector of
+// elements a block.
+template <class E>
+inline constexpr int kVectorElems = 16 / static_cast<int>(sizeof(E));
 
 template <class... P>
 inline bool any_null(const P*... p) {

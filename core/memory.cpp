@@ -18,25 +18,25 @@ E* typed_malloc(int32_t len) {
 
 }  // namespace
 
-#define ZIVKS_MALLOC(code, type) \
-  ZIVKS_EXPORT type* ZIVKS_Malloc_##code(int32_t len) { return typed_malloc<type>(len); }
+#define ZIVKS_MALLOC(name, type) \
+  ZIVKS_EXPORT type* name(int32_t len) { return typed_malloc<type>(len); }
 
-ZIVKS_MALLOC(8u, uint8_t)
-ZIVKS_MALLOC(8s, int8_t)
-ZIVKS_MALLOC(16u, uint16_t)
-ZIVKS_MALLOC(16s, int16_t)
-ZIVKS_MALLOC(8sc, ZIVK8sc)
-ZIVKS_MALLOC(32u, uint32_t)
-ZIVKS_MALLOC(32s, int32_t)
-ZIVKS_MALLOC(32f, float)
-ZIVKS_MALLOC(16sc, ZIVK16sc)
-ZIVKS_MALLOC(64u, uint64_t)
-ZIVKS_MALLOC(64s, int64_t)
-ZIVKS_MALLOC(64f, double)
-ZIVKS_MALLOC(32sc, ZIVK32sc)
-ZIVKS_MALLOC(32fc, ZIVK32fc)
-ZIVKS_MALLOC(64sc, ZIVK64sc)
-ZIVKS_MALLOC(64fc, ZIVK64fc)
+ZIVKS_MALLOC(ZIVKS_Malloc_8u, uint8_t)
+ZIVKS_MALLOC(ZIVKS_Malloc_8s, int8_t)
+ZIVKS_MALLOC(ZIVKS_Malloc_16u, uint16_t)
+ZIVKS_MALLOC(ZIVKS_Malloc_16s, int16_t)
+ZIVKS_MALLOC(ZIVKS_Malloc_8sc, ZIVK8sc)
+ZIVKS_MALLOC(ZIVKS_Malloc_32u, uint32_t)
+ZIVKS_MALLOC(ZIVKS_Malloc_32s, int32_t)
+ZIVKS_MALLOC(ZIVKS_Malloc_32f, float)
+ZIVKS_MALLOC(ZIVKS_Malloc_16sc, ZIVK16sc)
+ZIVKS_MALLOC(ZIVKS_Malloc_64u, uint64_t)
+ZIVKS_MALLOC(ZIVKS_Malloc_64s, int64_t)
+ZIVKS_MALLOC(ZIVKS_Malloc_64f, double)
+ZIVKS_MALLOC(ZIVKS_Malloc_32sc, ZIVK32sc)
+ZIVKS_MALLOC(ZIVKS_Malloc_32fc, ZIVK32fc)
+ZIVKS_MALLOC(ZIVKS_Malloc_64sc, ZIVK64sc)
+ZIVKS_MALLOC(ZIVKS_Malloc_64fc, ZIVK64fc)
 
 // Passed on without a test: what the core does with null is the core's matter.
 ZIVKS_EXPORT void ZIVKS_Free(void* ptr) { ZIVK_Free(ptr); }

@@ -6,44 +6,45 @@
 
 #include "core/frame.h"
 #include "core/lane.h"
+#include "core/operands.h"
 
 namespace {
 
 using namespace zivks;
 
 template <class E> using P = part_t<E>;
-template <class E> constexpr int kBlock = 16 / sizeof(P<E>);  // elements a block
+template <class E> constexpr int kBlock = kVectorElems<P<E>>;  // elements a block
 
-// Read prefetch distances in bytes ahead of each source (0: none).
-template <class E> constexpr int kSplitPrefetch = 0;
-template <> constexpr int kSplitPrefetch<ZIVK64fc> = 8192;
-template <class E> constexpr int kMergePrefetch = 0;
-template <> constexpr int kMergePrefetch<ZIVK16sc> = 1024;
-template <> constexpr int kMergePrefetch<ZIVK32fc> = 2048;
-template <> constexpr int kMergePrefetch<ZIVK64fc> = 4096;
-
-template <int Distance, class T>
-inline void prefetch(const T* p) {
-  if constexpr (Distance != 0) simd::prefetch_stream(reinterpret_cast<const char*>(p) + Distance);
-}
+// Read hints, in bytes ahead of each source (0: none).
+template <class E> constexpr int kSplitReadAheadBytes = 0;
+template <> constexpr int kSplitReadAheadBytes<ZIVK64fc> = 8192;
+template <class E> constexpr int kMergeReadAheadBytes = 0;
+template <> constexpr int kMergeReadAheadBytes<ZIVK16sc> = 1024;
+template <> constexpr int kMergeReadAheadBytes<ZIVK32fc> = 2048;
+template <> constexpr int kMergeReadAheadBytes<ZIVK64fc> = 4096;
+template <class E> constexpr int kConjReadAheadBytes = 0;
+template <> constexpr int kConjReadAheadBytes<ZIVK32fc> = 4096;
+template <> constexpr int kConjReadAheadBytes<ZIVK64fc> = 8192;
+template <class E> constexpr int kConjInPlaceReadAheadBytes = kConjReadAheadBytes<E>;
+template <> constexpr int kConjInPlaceReadAheadBytes<ZIVK16sc> = 2048;
 
 // One pass over the source splitting every element; kRe and kIm say which parts are kept.
 template <bool kRe, bool kIm, class E>
 void split(const E* src, P<E>* re, P<E>* im, int32_t len) {
-  const P<E>* s = as_parts(src);
+  const array_operand<P<E>, kSplitReadAheadBytes<E>> s{as_parts(src)};
   for_blocks<kBlock<E>>(
       len,
       [&](int64_t i, auto w) {
         using V = simd::vec<P<E>, decltype(w)::value>;
-        prefetch<kSplitPrefetch<E>>(s + 2 * i);
+        s.hint(2 * i);
         V a, b;
-        simd::load_planes2(s + 2 * i, a, b);
+        simd::load_planes2(s.p + 2 * i, a, b);
         if constexpr (kRe) simd::store(re + i, a);
         if constexpr (kIm) simd::store(im + i, b);
       },
       [&](int64_t i) {
-        if constexpr (kRe) re[i] = s[2 * i];
-        if constexpr (kIm) im[i] = s[2 * i + 1];
+        if constexpr (kRe) re[i] = s.at(2 * i);
+        if constexpr (kIm) im[i] = s.at(2 * i + 1);
       });
 }
 
@@ -69,18 +70,7 @@ ZIVKStatus cplx_to_real(const E* src, P<E>* dstRe, P<E>* dstIm, int32_t len) {
   return ZIVK_STS_NO_ERR;
 }
 
-// A source of parts for a merge: an array, or zeros where the array is missing.
-template <class T, int Prefetch>
-struct plane {
-  const T* p;
-  template <class V>
-  V vec(int64_t i) const {
-    prefetch<Prefetch>(p + i);
-    return simd::load<V>(p + i);
-  }
-  T at(int64_t i) const { return p[i]; }
-};
-
+// A source of parts for a merge: an array_operand, or zeros where the array is missing.
 template <class T>
 struct zero_plane {
   template <class V>
@@ -109,7 +99,7 @@ template <class E>
 ZIVKStatus real_to_cplx(const P<E>* srcRe, const P<E>* srcIm, E* dst, int32_t len) {
   if (dst == nullptr || (srcRe == nullptr && srcIm == nullptr)) return ZIVK_STS_NULL_PTR_ERR;
   if (len < 1) return ZIVK_STS_SIZE_ERR;
-  using A = plane<P<E>, kMergePrefetch<E>>;
+  using A = array_operand<P<E>, kMergeReadAheadBytes<E>>;
   using Z = zero_plane<P<E>>;
   if (srcRe != nullptr && srcIm != nullptr) merge(A{srcRe}, A{srcIm}, dst, len);
   else if (srcRe == nullptr) merge(Z{}, A{srcIm}, dst, len);
@@ -131,9 +121,9 @@ inline V negate_im(const V& v) {
   else return simd::flip_sign_odd(v);
 }
 
-// re copied, im negated. The in-place forms have a loop of their own (the same one with
-// their own prefetch distance) rather than calling the out-of-place form.
-template <int Prefetch, class E>
+// re copied, im negated. The in-place forms run this loop with their own read-ahead
+// distance rather than calling the out-of-place form.
+template <int kAheadBytes, class E>
 ZIVKStatus conj(const E* src, E* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src, dst)) return st;
   const P<E>* s = as_parts(src);
@@ -142,7 +132,7 @@ ZIVKStatus conj(const E* src, E* dst, int32_t len) {
       len,
       [&](int64_t i, auto w) {
         using V = simd::vec<P<E>, decltype(w)::value>;
-        prefetch<Prefetch>(s + 2 * i);
+        if constexpr (kAheadBytes != 0) hint_read(s + 2 * i, kAheadBytes);
         const V a = simd::load<V>(s + 2 * i), b = simd::load<V>(s + 2 * i + V::kLanes);
         simd::store(d + 2 * i, negate_im(a));
         simd::store(d + 2 * i + V::kLanes, negate_im(b));
@@ -157,36 +147,40 @@ ZIVKStatus conj(const E* src, E* dst, int32_t len) {
 
 }  // namespace
 
-#define ZIVKS_COMPLEX_PARTS(ccode, rcode, ctype, rtype)                                           \
-  ZIVKS_EXPORT ZIVKStatus ZIVKS_Real_##ccode(const ctype* src, rtype* dst, int32_t len) {         \
-    return real(src, dst, len);                                                                   \
-  }                                                                                               \
-  ZIVKS_EXPORT ZIVKStatus ZIVKS_Imag_##ccode(const ctype* src, rtype* dst, int32_t len) {         \
-    return imag(src, dst, len);                                                                   \
-  }                                                                                               \
-  ZIVKS_EXPORT ZIVKStatus ZIVKS_CplxToReal_##ccode(const ctype* src, rtype* dstRe, rtype* dstIm,  \
-                                                   int32_t len) {                                 \
-    return cplx_to_real(src, dstRe, dstIm, len);                                                  \
-  }                                                                                               \
-  ZIVKS_EXPORT ZIVKStatus ZIVKS_RealToCplx_##rcode(const rtype* srcRe, const rtype* srcIm,        \
-                                                   ctype* dst, int32_t len) {                     \
-    return real_to_cplx(srcRe, srcIm, dst, len);                                                  \
+// Each row: Real, Imag, CplxToReal and RealToCplx of one type, the complex and the
+// part type.
+#define ZIVKS_COMPLEX_PARTS(real_name, imag_name, cplx_to_real_name, real_to_cplx_name, ctype, rtype) \
+  ZIVKS_EXPORT ZIVKStatus real_name(const ctype* src, rtype* dst, int32_t len) {                   \
+    return real(src, dst, len);                                                                    \
+  }                                                                                                \
+  ZIVKS_EXPORT ZIVKStatus imag_name(const ctype* src, rtype* dst, int32_t len) {                   \
+    return imag(src, dst, len);                                                                    \
+  }                                                                                                \
+  ZIVKS_EXPORT ZIVKStatus cplx_to_real_name(const ctype* src, rtype* dstRe, rtype* dstIm,         \
+                                            int32_t len) {                                         \
+    return cplx_to_real(src, dstRe, dstIm, len);                                                   \
+  }                                                                                                \
+  ZIVKS_EXPORT ZIVKStatus real_to_cplx_name(const rtype* srcRe, const rtype* srcIm, ctype* dst,   \
+                                            int32_t len) {                                         \
+    return real_to_cplx(srcRe, srcIm, dst, len);                                                   \
   }
 
-ZIVKS_COMPLEX_PARTS(16sc, 16s, ZIVK16sc, int16_t)
-ZIVKS_COMPLEX_PARTS(32fc, 32f, ZIVK32fc, float)
-ZIVKS_COMPLEX_PARTS(64fc, 64f, ZIVK64fc, double)
+ZIVKS_COMPLEX_PARTS(ZIVKS_Real_16sc, ZIVKS_Imag_16sc, ZIVKS_CplxToReal_16sc, ZIVKS_RealToCplx_16s, ZIVK16sc,
+                    int16_t)
+ZIVKS_COMPLEX_PARTS(ZIVKS_Real_32fc, ZIVKS_Imag_32fc, ZIVKS_CplxToReal_32fc, ZIVKS_RealToCplx_32f, ZIVK32fc,
+                    float)
+ZIVKS_COMPLEX_PARTS(ZIVKS_Real_64fc, ZIVKS_Imag_64fc, ZIVKS_CplxToReal_64fc, ZIVKS_RealToCplx_64f, ZIVK64fc,
+                    double)
 
-// Prefetch distances: Conj_16sc none and its in-place form 2048 bytes; 32fc 4096 and
-// 64fc 8192 bytes in both forms.
-#define ZIVKS_CONJ(code, type, out_of_place, in_place)                                 \
-  ZIVKS_EXPORT ZIVKStatus ZIVKS_Conj_##code(const type* src, type* dst, int32_t len) { \
-    return conj<out_of_place>(src, dst, len);                                          \
-  }                                                                                    \
-  ZIVKS_EXPORT ZIVKStatus ZIVKS_Conj_##code##_I(type* srcDst, int32_t len) {           \
-    return conj<in_place>(srcDst, srcDst, len);                                        \
+// Each row: Conj and its in-place form, the complex type.
+#define ZIVKS_CONJ(name, name_in_place, type)                                   \
+  ZIVKS_EXPORT ZIVKStatus name(const type* src, type* dst, int32_t len) {       \
+    return conj<kConjReadAheadBytes<type>>(src, dst, len);                      \
+  }                                                                             \
+  ZIVKS_EXPORT ZIVKStatus name_in_place(type* srcDst, int32_t len) {            \
+    return conj<kConjInPlaceReadAheadBytes<type>>(srcDst, srcDst, len);         \
   }
 
-ZIVKS_CONJ(16sc, ZIVK16sc, 0, 2048)
-ZIVKS_CONJ(32fc, ZIVK32fc, 4096, 4096)
-ZIVKS_CONJ(64fc, ZIVK64fc, 8192, 8192)
+ZIVKS_CONJ(ZIVKS_Conj_16sc, ZIVKS_Conj_16sc_I, ZIVK16sc)
+ZIVKS_CONJ(ZIVKS_Conj_32fc, ZIVKS_Conj_32fc_I, ZIVK32fc)
+ZIVKS_CONJ(ZIVKS_Conj_64fc, ZIVKS_Conj_64fc_I, ZIVK64fc)

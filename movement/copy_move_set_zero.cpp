@@ -1,39 +1,40 @@
 // Copy, Move, Set and Zero: elements are raw bits, one 128-bit store per block of
 // 16 bytes, no alignment peeling. Members of the same width differ only in their
-// prefetch distances and in how Set and Zero finish the remainder.
+// read-ahead distances and in how Set and Zero finish the remainder.
 #include "core/frame.h"
+#include "core/operands.h"
 
 namespace {
 
 using namespace zivks;
 
-template <class E>
-constexpr int kBlock = 16 / sizeof(E);  // elements per 128-bit store
-
 template <int K>
 using bytes = simd::vec<uint8_t, K>;
 
-// Read prefetch distances in bytes, tuned per member (0: none). The backward walk of
-// Move prefetches from a climbing address that starts at src + move_back.
-template <class E> struct prefetch { static constexpr int copy = 0, move_fwd = 0, move_back = 0; };
-template <> struct prefetch<uint8_t> { static constexpr int copy = 512, move_fwd = 512, move_back = 528; };
-template <> struct prefetch<int16_t> { static constexpr int copy = 1024, move_fwd = 1024, move_back = 0; };
-template <> struct prefetch<ZIVK16sc> { static constexpr int copy = 2048, move_fwd = 2048, move_back = 2064; };
-template <> struct prefetch<int64_t> { static constexpr int copy = 4096, move_fwd = 0, move_back = 0; };
-template <> struct prefetch<ZIVK32sc> { static constexpr int copy = 4096, move_fwd = 0, move_back = 0; };
+// Read hints in bytes ahead, tuned per member (0: none). The backward walk of Move hints
+// at a climbing address that starts move_backward bytes past src.
+struct ReadAhead {
+  int copy, move_forward, move_backward;
+};
+template <class E> constexpr ReadAhead kReadAheadBytes{0, 0, 0};
+template <> constexpr ReadAhead kReadAheadBytes<uint8_t>{512, 512, 528};
+template <> constexpr ReadAhead kReadAheadBytes<int16_t>{1024, 1024, 0};
+template <> constexpr ReadAhead kReadAheadBytes<ZIVK16sc>{2048, 2048, 2064};
+template <> constexpr ReadAhead kReadAheadBytes<int64_t>{4096, 0, 0};
+template <> constexpr ReadAhead kReadAheadBytes<ZIVK32sc>{4096, 0, 0};
 
 template <class E> constexpr bool kComplex = parts<E>::count == 2;
 
 // Forward walk: blocks from the first element up, then the remainder by element.
-template <class E, int Prefetch>
+template <class E, int kAheadBytes>
 void forward(const E* src, E* dst, int32_t len) {
   const auto* s = reinterpret_cast<const uint8_t*>(src);
   auto* d = reinterpret_cast<uint8_t*>(dst);
-  for_blocks<kBlock<E>>(
+  for_blocks<kVectorElems<E>>(
       len,
       [&](int64_t i, auto w) {
         const int64_t o = i * static_cast<int64_t>(sizeof(E));
-        if constexpr (Prefetch != 0) simd::prefetch_stream(s + o + Prefetch);
+        if constexpr (kAheadBytes != 0) hint_read(s + o, kAheadBytes);
         simd::store(d + o, simd::load<bytes<decltype(w)::value>>(s + o));
       },
       // memmove: a Move may overlap within one complex element.
@@ -43,7 +44,7 @@ void forward(const E* src, E* dst, int32_t len) {
 template <class E>
 ZIVKStatus copy(const E* src, E* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src, dst)) return st;
-  forward<E, prefetch<E>::copy>(src, dst, len);
+  forward<E, kReadAheadBytes<E>.copy>(src, dst, len);
   return ZIVK_STS_NO_ERR;
 }
 
@@ -55,21 +56,22 @@ template <class E>
 ZIVKStatus move(const E* src, E* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src, dst)) return st;
   if (reinterpret_cast<uintptr_t>(src) > reinterpret_cast<uintptr_t>(dst)) {
-    forward<E, prefetch<E>::move_fwd>(src, dst, len);
+    forward<E, kReadAheadBytes<E>.move_forward>(src, dst, len);
     return ZIVK_STS_NO_ERR;
   }
   const auto* s = reinterpret_cast<const uint8_t*>(src);
   auto* d = reinterpret_cast<uint8_t*>(dst);
-  const int64_t rem = len % kBlock<E>;
+  const int64_t rem = len % kVectorElems<E>;
   const int64_t low = rem * static_cast<int64_t>(sizeof(E));
   int64_t o = static_cast<int64_t>(len) * static_cast<int64_t>(sizeof(E));
-  const uint8_t* hint = s + prefetch<E>::move_back;
+  constexpr int kBackBytes = kReadAheadBytes<E>.move_backward;
+  int64_t climbed = 0;
   auto step = [&](auto w) {
     constexpr int K = decltype(w)::value;
     o -= 16 * K;
-    if constexpr (prefetch<E>::move_back != 0) {
-      simd::prefetch_stream(hint);
-      hint += 16 * K;
+    if constexpr (kBackBytes != 0) {
+      hint_read(s + climbed, kBackBytes);
+      climbed += 16 * K;
     }
     simd::store(d + o, simd::load<bytes<K>>(s + o));
   };
@@ -83,7 +85,7 @@ ZIVKStatus move(const E* src, E* dst, int32_t len) {
 // Zero fills of at least this many bytes bypass the caches, which they would only flush
 // (streaming stores of zeros ran at about three times the speed of ordinary ones where
 // measured; of other patterns they gained nothing, so Set does not use them).
-constexpr int64_t kStreamBytes = int64_t{16} << 20;
+constexpr int64_t kStreamFromBytes = int64_t{16} << 20;
 
 // Clears d[0, size), the whole blocks of a very large Zero: ordinary stores at both
 // ends, streaming stores of whole aligned registers between. The bytes written are
@@ -105,12 +107,9 @@ template <class E>
 ZIVKStatus set(E val, E* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, dst)) return st;
   auto* d = reinterpret_cast<uint8_t*>(dst);
-  const auto v1 = simd::repeat<bytes<1>>(val);
-  const auto vw = simd::repeat<bytes<simd::kWide>>(val);
-  const int64_t n = for_whole_blocks<kBlock<E>>(len, [&](int64_t i, auto w) {
-    const int64_t o = i * static_cast<int64_t>(sizeof(E));
-    if constexpr (decltype(w)::value == 1) simd::store(d + o, v1);
-    else simd::store(d + o, vw);
+  const broadcast<uint8_t> vals(val);
+  const int64_t n = for_whole_blocks<kVectorElems<E>>(len, [&](int64_t i, auto w) {
+    simd::store(d + i * static_cast<int64_t>(sizeof(E)), vals.template get<decltype(w)::value>());
   });
   if constexpr (std::is_same_v<E, uint8_t>) {
     if (n < len) memset(dst + n, val, static_cast<size_t>(len - n));
@@ -126,11 +125,11 @@ template <class E>
 ZIVKStatus zero(E* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, dst)) return st;
   auto* d = reinterpret_cast<uint8_t*>(dst);
-  int64_t n = block_end<kBlock<E>>(len);
-  if (static_cast<int64_t>(len) * static_cast<int64_t>(sizeof(E)) >= kStreamBytes) {
+  int64_t n = block_end<kVectorElems<E>>(len);
+  if (static_cast<int64_t>(len) * static_cast<int64_t>(sizeof(E)) >= kStreamFromBytes) {
     zero_streaming(d, n * static_cast<int64_t>(sizeof(E)));
   } else {
-    n = for_whole_blocks<kBlock<E>>(len, [&](int64_t i, auto w) {
+    n = for_whole_blocks<kVectorElems<E>>(len, [&](int64_t i, auto w) {
       simd::store(d + i * static_cast<int64_t>(sizeof(E)), simd::zeros<bytes<decltype(w)::value>>());
     });
   }
@@ -146,26 +145,27 @@ ZIVKStatus zero(E* dst, int32_t len) {
 
 }  // namespace
 
-#define ZIVKS_MOVEMENT(code, type)                                                                  \
-  ZIVKS_EXPORT ZIVKStatus ZIVKS_Copy_##code(const type* src, type* dst, int32_t len) {              \
-    return copy(src, dst, len);                                                                     \
-  }                                                                                                 \
-  ZIVKS_EXPORT ZIVKStatus ZIVKS_Move_##code(const type* src, type* dst, int32_t len) {              \
-    return move(src, dst, len);                                                                     \
-  }                                                                                                 \
-  ZIVKS_EXPORT ZIVKStatus ZIVKS_Set_##code(type val, type* dst, int32_t len) {                      \
-    return set(val, dst, len);                                                                      \
-  }                                                                                                 \
-  ZIVKS_EXPORT ZIVKStatus ZIVKS_Zero_##code(type* dst, int32_t len) { return zero(dst, len); }
+// Each row: Copy, Move, Set and Zero of one element type.
+#define ZIVKS_MOVEMENT(copy_name, move_name, set_name, zero_name, type)                      \
+  ZIVKS_EXPORT ZIVKStatus copy_name(const type* src, type* dst, int32_t len) {               \
+    return copy(src, dst, len);                                                              \
+  }                                                                                          \
+  ZIVKS_EXPORT ZIVKStatus move_name(const type* src, type* dst, int32_t len) {               \
+    return move(src, dst, len);                                                              \
+  }                                                                                          \
+  ZIVKS_EXPORT ZIVKStatus set_name(type val, type* dst, int32_t len) {                        \
+    return set(val, dst, len);                                                               \
+  }                                                                                          \
+  ZIVKS_EXPORT ZIVKStatus zero_name(type* dst, int32_t len) { return zero(dst, len); }
 
-ZIVKS_MOVEMENT(8u, uint8_t)
-ZIVKS_MOVEMENT(16s, int16_t)
-ZIVKS_MOVEMENT(32s, int32_t)
-ZIVKS_MOVEMENT(32f, float)
-ZIVKS_MOVEMENT(64s, int64_t)
-ZIVKS_MOVEMENT(64f, double)
-ZIVKS_MOVEMENT(16sc, ZIVK16sc)
-ZIVKS_MOVEMENT(32sc, ZIVK32sc)
-ZIVKS_MOVEMENT(32fc, ZIVK32fc)
-ZIVKS_MOVEMENT(64sc, ZIVK64sc)
-ZIVKS_MOVEMENT(64fc, ZIVK64fc)
+ZIVKS_MOVEMENT(ZIVKS_Copy_8u, ZIVKS_Move_8u, ZIVKS_Set_8u, ZIVKS_Zero_8u, uint8_t)
+ZIVKS_MOVEMENT(ZIVKS_Copy_16s, ZIVKS_Move_16s, ZIVKS_Set_16s, ZIVKS_Zero_16s, int16_t)
+ZIVKS_MOVEMENT(ZIVKS_Copy_32s, ZIVKS_Move_32s, ZIVKS_Set_32s, ZIVKS_Zero_32s, int32_t)
+ZIVKS_MOVEMENT(ZIVKS_Copy_32f, ZIVKS_Move_32f, ZIVKS_Set_32f, ZIVKS_Zero_32f, float)
+ZIVKS_MOVEMENT(ZIVKS_Copy_64s, ZIVKS_Move_64s, ZIVKS_Set_64s, ZIVKS_Zero_64s, int64_t)
+ZIVKS_MOVEMENT(ZIVKS_Copy_64f, ZIVKS_Move_64f, ZIVKS_Set_64f, ZIVKS_Zero_64f, double)
+ZIVKS_MOVEMENT(ZIVKS_Copy_16sc, ZIVKS_Move_16sc, ZIVKS_Set_16sc, ZIVKS_Zero_16sc, ZIVK16sc)
+ZIVKS_MOVEMENT(ZIVKS_Copy_32sc, ZIVKS_Move_32sc, ZIVKS_Set_32sc, ZIVKS_Zero_32sc, ZIVK32sc)
+ZIVKS_MOVEMENT(ZIVKS_Copy_32fc, ZIVKS_Move_32fc, ZIVKS_Set_32fc, ZIVKS_Zero_32fc, ZIVK32fc)
+ZIVKS_MOVEMENT(ZIVKS_Copy_64sc, ZIVKS_Move_64sc, ZIVKS_Set_64sc, ZIVKS_Zero_64sc, ZIVK64sc)
+ZIVKS_MOVEMENT(ZIVKS_Copy_64fc, ZIVKS_Move_64fc, ZIVKS_Set_64fc, ZIVKS_Zero_64fc, ZIVK64fc)

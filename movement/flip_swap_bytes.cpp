@@ -30,7 +30,7 @@ ZIVKStatus flip(const E* src, E* dst, int32_t len) {
   const int64_t n = len;
   int64_t i = 0;
   if constexpr (kVectorLane<T>) {
-    for (const int64_t lead = n % (16 / sizeof(T)); i < lead; ++i) memcpy(d + n - 1 - i, s + i, sizeof(T));
+    for (const int64_t lead = n % kVectorElems<T>; i < lead; ++i) memcpy(d + n - 1 - i, s + i, sizeof(T));
     auto run = [&](auto w) {
       using V = simd::vec<T, decltype(w)::value>;
       for (; i + V::kLanes <= n; i += V::kLanes)
@@ -144,7 +144,7 @@ inline T swap_scalar(T x) {
 template <class T>
 ZIVKStatus swap_bytes(const T* src, T* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src, dst)) return st;
-  for_blocks<16 / sizeof(T)>(
+  for_blocks<kVectorElems<T>>(
       len,
       [&](int64_t i, auto w) {
         using V = simd::vec<T, decltype(w)::value>;
@@ -184,50 +184,35 @@ ZIVKStatus swap_bytes24(const uint8_t* src, uint8_t* dst, int32_t len) {
 
 }  // namespace
 
-#define ZIVKS_FLIP(code, type)                                                           \
-  ZIVKS_EXPORT ZIVKStatus ZIVKS_Flip_##code(const type* src, type* dst, int32_t len) {   \
-    return flip(src, dst, len);                                                          \
+// Each row: Flip and its in-place form, which reverses in place (8u and 16u by the
+// narrow block steps), the element type.
+#define ZIVKS_FLIP(name, name_in_place, in_place_fn, type)                     \
+  ZIVKS_EXPORT ZIVKStatus name(const type* src, type* dst, int32_t len) {      \
+    return flip(src, dst, len);                                                \
+  }                                                                            \
+  ZIVKS_EXPORT ZIVKStatus name_in_place(type* srcDst, int32_t len) {           \
+    return in_place_fn(srcDst, len);                                           \
   }
 
-ZIVKS_FLIP(8u, uint8_t)
-ZIVKS_FLIP(16u, uint16_t)
-ZIVKS_FLIP(32f, float)
-ZIVKS_FLIP(64f, double)
-ZIVKS_FLIP(32fc, ZIVK32fc)
-ZIVKS_FLIP(64fc, ZIVK64fc)
+ZIVKS_FLIP(ZIVKS_Flip_8u, ZIVKS_Flip_8u_I, flip_narrow_in_place, uint8_t)
+ZIVKS_FLIP(ZIVKS_Flip_16u, ZIVKS_Flip_16u_I, flip_narrow_in_place, uint16_t)
+ZIVKS_FLIP(ZIVKS_Flip_32f, ZIVKS_Flip_32f_I, flip_in_place, float)
+ZIVKS_FLIP(ZIVKS_Flip_64f, ZIVKS_Flip_64f_I, flip_in_place, double)
+ZIVKS_FLIP(ZIVKS_Flip_32fc, ZIVKS_Flip_32fc_I, flip_in_place, ZIVK32fc)
+ZIVKS_FLIP(ZIVKS_Flip_64fc, ZIVKS_Flip_64fc_I, flip_in_place, ZIVK64fc)
 
-ZIVKS_EXPORT ZIVKStatus ZIVKS_Flip_8u_I(uint8_t* srcDst, int32_t len) {
-  return flip_narrow_in_place(srcDst, len);
-}
-ZIVKS_EXPORT ZIVKStatus ZIVKS_Flip_16u_I(uint16_t* srcDst, int32_t len) {
-  return flip_narrow_in_place(srcDst, len);
-}
-ZIVKS_EXPORT ZIVKStatus ZIVKS_Flip_32f_I(float* srcDst, int32_t len) { return flip_in_place(srcDst, len); }
-ZIVKS_EXPORT ZIVKStatus ZIVKS_Flip_64f_I(double* srcDst, int32_t len) { return flip_in_place(srcDst, len); }
-ZIVKS_EXPORT ZIVKStatus ZIVKS_Flip_32fc_I(ZIVK32fc* srcDst, int32_t len) {
-  return flip_in_place(srcDst, len);
-}
-ZIVKS_EXPORT ZIVKStatus ZIVKS_Flip_64fc_I(ZIVK64fc* srcDst, int32_t len) {
-  return flip_in_place(srcDst, len);
-}
+// Each row: SwapBytes and its in-place form, which calls the twin, the element type.
+#define ZIVKS_SWAP_BYTES(name, name_in_place, type)                       \
+  ZIVKS_EXPORT ZIVKStatus name(const type* src, type* dst, int32_t len) { \
+    return swap_bytes(src, dst, len);                                     \
+  }                                                                       \
+  ZIVKS_IN_PLACE_OF_ONE(name_in_place, name, type)
 
-// The in-place 16-, 32- and 64-bit swaps forward to their twin and check nothing of
-// their own; the 24-bit one has its own loop.
-#define ZIVKS_SWAP_BYTES(code, type)                                                          \
-  ZIVKS_EXPORT ZIVKStatus ZIVKS_SwapBytes_##code(const type* src, type* dst, int32_t len) {   \
-    return swap_bytes(src, dst, len);                                                         \
-  }                                                                                           \
-  ZIVKS_EXPORT ZIVKStatus ZIVKS_SwapBytes_##code##_I(type* srcDst, int32_t len) {             \
-    return ZIVKS_SwapBytes_##code(srcDst, srcDst, len);                                       \
-  }
-
-ZIVKS_SWAP_BYTES(16u, uint16_t)
-ZIVKS_SWAP_BYTES(32u, uint32_t)
-ZIVKS_SWAP_BYTES(64u, uint64_t)
+ZIVKS_SWAP_BYTES(ZIVKS_SwapBytes_16u, ZIVKS_SwapBytes_16u_I, uint16_t)
+ZIVKS_SWAP_BYTES(ZIVKS_SwapBytes_32u, ZIVKS_SwapBytes_32u_I, uint32_t)
+ZIVKS_SWAP_BYTES(ZIVKS_SwapBytes_64u, ZIVKS_SwapBytes_64u_I, uint64_t)
 
 ZIVKS_EXPORT ZIVKStatus ZIVKS_SwapBytes_24u(const uint8_t* src, uint8_t* dst, int32_t len) {
   return swap_bytes24(src, dst, len);
 }
-ZIVKS_EXPORT ZIVKStatus ZIVKS_SwapBytes_24u_I(uint8_t* srcDst, int32_t len) {
-  return swap_bytes24(srcDst, srcDst, len);
-}
+ZIVKS_IN_PLACE_OF_ONE(ZIVKS_SwapBytes_24u_I, ZIVKS_SwapBytes_24u, uint8_t)

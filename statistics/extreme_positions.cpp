@@ -15,6 +15,7 @@
 // The plain forms seed the value with src[0]; the absolute forms, which work on
 // saturated absolute values everywhere, seed it with 0 (maximum) or the largest value
 // (minimum). The index starts at 0 in all.
+#include "core/operands.h"
 #include "statistics/extremes.h"
 
 namespace {
@@ -22,23 +23,20 @@ namespace {
 using namespace zivks;
 using namespace zivks::extremes;
 
-template <class T>
-constexpr int kBlock = 2 * kLanes<T>;
+// The searches a pass runs: one direction, or both (MinMaxIndx).
+enum class Searches { kOne, kBoth };
 
-// A read prefetch per block, this many bytes ahead (0: none).
-template <class T, bool kMinMax>
-constexpr int kPrefetch = 0;
-template <> constexpr int kPrefetch<uint8_t, true> = 512;
-template <> constexpr int kPrefetch<uint16_t, true> = 1024;
-template <> constexpr int kPrefetch<uint32_t, true> = 2048;
+// A read hint per block, this many bytes ahead (0: none).
+template <class T, Searches searches>
+constexpr int kReadAheadBytes = 0;
+template <> constexpr int kReadAheadBytes<uint8_t, Searches::kBoth> = 512;
+template <> constexpr int kReadAheadBytes<uint16_t, Searches::kBoth> = 1024;
+template <> constexpr int kReadAheadBytes<uint32_t, Searches::kBoth> = 2048;
 
 // The running result of one direction.
-template <Dir d, class View, class T>
+template <MaxMin d, class View, class T>
 struct Search {
-  static constexpr Dir kDir = d;
-  static constexpr bool kAbs = std::is_same_v<View, Abs>;
-  static constexpr auto kFold = d == Dir::kMax ? (kAbs ? Fold::kMaxAbs : Fold::kMax)
-                                               : (kAbs ? Fold::kMinAbs : Fold::kMin);
+  static constexpr Fold kFold = extremes::kFold<d, View>;
   T best;
   int64_t at = 0;
 
@@ -85,18 +83,18 @@ struct Search {
 // blocks reduced one by one. A chunk with a NaN goes block by block throughout.
 constexpr int64_t kChunkBytes = 1024;
 
-template <bool kMinMax, class T, class... S>
+template <class T, class... S>
 void run(const T* src, int32_t len, S&... s) {
+  constexpr Searches kSearches = sizeof...(S) == 2 ? Searches::kBoth : Searches::kOne;
   const int64_t n = block_end<kBlock<T>>(len);
   constexpr int64_t kChunk = kChunkBytes / sizeof(T);
   for (int64_t c = 0; c < n; c += kChunk) {
     const int64_t e = c + kChunk < n ? c + kChunk : n;
-    if constexpr (kPrefetch<T, kMinMax> != 0)
-      for (int64_t b = c; b < e; b += kBlock<T>)
-        simd::prefetch_stream(reinterpret_cast<const char*>(src + b) + kPrefetch<T, kMinMax>);
+    if constexpr (kReadAheadBytes<T, kSearches> != 0)
+      for (int64_t b = c; b < e; b += kBlock<T>) hint_read(src + b, kReadAheadBytes<T, kSearches>);
     bool nan = false;
     V<T> folded[sizeof...(S)];
-    if constexpr (sizeof...(S) == 2) fold_min_max(src + c, (e - c) / kLanes<T>, folded[0], folded[1], nan);
+    if constexpr (kSearches == Searches::kBoth) fold_min_max(src + c, (e - c) / kLanes<T>, folded[0], folded[1], nan);
     else folded[0] = fold<S::kFold...>(src + c, (e - c) / kLanes<T>, nan);
     if (nan) {
       for (int64_t b = c; b < e; b += kBlock<T>) (s.block(src, b), ...);
@@ -109,21 +107,21 @@ void run(const T* src, int32_t len, S&... s) {
   (s.tail(src, n, len), ...);
 }
 
-template <Dir d, class T>
+template <MaxMin d, class T>
 ZIVKStatus indx(const T* src, int32_t len, T* out, int32_t* out_indx) {
   if (const ZIVKStatus st = check_ptrs_len(len, src, out, out_indx)) return st;
   Search<d, Plain, T> s{src[0]};
-  run<false>(src, len, s);
+  run(src, len, s);
   *out = s.best;
   *out_indx = static_cast<int32_t>(s.at);
   return ZIVK_STS_NO_ERR;
 }
 
-template <Dir d, class T>
+template <MaxMin d, class T>
 ZIVKStatus abs_indx(const T* src, int32_t len, T* out, int32_t* out_indx) {
   if (const ZIVKStatus st = check_ptrs_len(len, src, out, out_indx)) return st;
-  Search<d, Abs, T> s{d == Dir::kMax ? T(0) : std::numeric_limits<T>::max()};
-  run<false>(src, len, s);
+  Search<d, Abs, T> s{d == MaxMin::kMax ? T(0) : std::numeric_limits<T>::max()};
+  run(src, len, s);
   *out = s.best;
   *out_indx = static_cast<int32_t>(s.at);
   return ZIVK_STS_NO_ERR;
@@ -133,9 +131,9 @@ template <class T>
 ZIVKStatus min_max_indx(const T* src, int32_t len, T* out_min, int32_t* min_indx, T* out_max,
                         int32_t* max_indx) {
   if (const ZIVKStatus st = check_ptrs_len(len, src, out_min, min_indx, out_max, max_indx)) return st;
-  Search<Dir::kMin, Plain, T> mn{src[0]};
-  Search<Dir::kMax, Plain, T> mx{src[0]};
-  run<true>(src, len, mn, mx);
+  Search<MaxMin::kMin, Plain, T> mn{src[0]};
+  Search<MaxMin::kMax, Plain, T> mx{src[0]};
+  run(src, len, mn, mx);
   *out_min = mn.best;
   *min_indx = static_cast<int32_t>(mn.at);
   *out_max = mx.best;
@@ -145,34 +143,33 @@ ZIVKStatus min_max_indx(const T* src, int32_t len, T* out_min, int32_t* min_indx
 
 }  // namespace
 
-#define ZIVKS_INDX(name, fn, code, type)                                                        \
-  ZIVKS_EXPORT ZIVKStatus ZIVKS_##name##_##code(const type* src, int32_t len, type* p,        \
-                                                int32_t* pIndx) {                             \
-    return fn(src, len, p, pIndx);                                                            \
+// Each row: the exported function, the body, the element type.
+#define ZIVKS_INDX(name, fn, type)                                                     \
+  ZIVKS_EXPORT ZIVKStatus name(const type* src, int32_t len, type* p, int32_t* pIndx) { \
+    return fn(src, len, p, pIndx);                                                     \
   }
-#define ZIVKS_MINMAX_INDX(code, type)                                                           \
-  ZIVKS_EXPORT ZIVKStatus ZIVKS_MinMaxIndx_##code(const type* src, int32_t len, type* pMin,     \
-                                                  int32_t* pMinIndx, type* pMax,              \
-                                                  int32_t* pMaxIndx) {                        \
-    return min_max_indx(src, len, pMin, pMinIndx, pMax, pMaxIndx);                            \
+#define ZIVKS_MINMAX_INDX(name, type)                                                               \
+  ZIVKS_EXPORT ZIVKStatus name(const type* src, int32_t len, type* pMin, int32_t* pMinIndx, type* pMax, \
+                               int32_t* pMaxIndx) {                                                 \
+    return min_max_indx(src, len, pMin, pMinIndx, pMax, pMaxIndx);                                 \
   }
 
-ZIVKS_INDX(MaxIndx, indx<Dir::kMax>, 16s, int16_t)
-ZIVKS_INDX(MaxIndx, indx<Dir::kMax>, 32s, int32_t)
-ZIVKS_INDX(MaxIndx, indx<Dir::kMax>, 32f, float)
-ZIVKS_INDX(MaxIndx, indx<Dir::kMax>, 64f, double)
-ZIVKS_INDX(MinIndx, indx<Dir::kMin>, 16s, int16_t)
-ZIVKS_INDX(MinIndx, indx<Dir::kMin>, 32s, int32_t)
-ZIVKS_INDX(MinIndx, indx<Dir::kMin>, 32f, float)
-ZIVKS_INDX(MinIndx, indx<Dir::kMin>, 64f, double)
-ZIVKS_INDX(MaxAbsIndx, abs_indx<Dir::kMax>, 16s, int16_t)
-ZIVKS_INDX(MaxAbsIndx, abs_indx<Dir::kMax>, 32s, int32_t)
-ZIVKS_INDX(MinAbsIndx, abs_indx<Dir::kMin>, 16s, int16_t)
-ZIVKS_INDX(MinAbsIndx, abs_indx<Dir::kMin>, 32s, int32_t)
-ZIVKS_MINMAX_INDX(8u, uint8_t)
-ZIVKS_MINMAX_INDX(16u, uint16_t)
-ZIVKS_MINMAX_INDX(32u, uint32_t)
-ZIVKS_MINMAX_INDX(16s, int16_t)
-ZIVKS_MINMAX_INDX(32s, int32_t)
-ZIVKS_MINMAX_INDX(32f, float)
-ZIVKS_MINMAX_INDX(64f, double)
+ZIVKS_INDX(ZIVKS_MaxIndx_16s, indx<MaxMin::kMax>, int16_t)
+ZIVKS_INDX(ZIVKS_MaxIndx_32s, indx<MaxMin::kMax>, int32_t)
+ZIVKS_INDX(ZIVKS_MaxIndx_32f, indx<MaxMin::kMax>, float)
+ZIVKS_INDX(ZIVKS_MaxIndx_64f, indx<MaxMin::kMax>, double)
+ZIVKS_INDX(ZIVKS_MinIndx_16s, indx<MaxMin::kMin>, int16_t)
+ZIVKS_INDX(ZIVKS_MinIndx_32s, indx<MaxMin::kMin>, int32_t)
+ZIVKS_INDX(ZIVKS_MinIndx_32f, indx<MaxMin::kMin>, float)
+ZIVKS_INDX(ZIVKS_MinIndx_64f, indx<MaxMin::kMin>, double)
+ZIVKS_INDX(ZIVKS_MaxAbsIndx_16s, abs_indx<MaxMin::kMax>, int16_t)
+ZIVKS_INDX(ZIVKS_MaxAbsIndx_32s, abs_indx<MaxMin::kMax>, int32_t)
+ZIVKS_INDX(ZIVKS_MinAbsIndx_16s, abs_indx<MaxMin::kMin>, int16_t)
+ZIVKS_INDX(ZIVKS_MinAbsIndx_32s, abs_indx<MaxMin::kMin>, int32_t)
+ZIVKS_MINMAX_INDX(ZIVKS_MinMaxIndx_8u, uint8_t)
+ZIVKS_MINMAX_INDX(ZIVKS_MinMaxIndx_16u, uint16_t)
+ZIVKS_MINMAX_INDX(ZIVKS_MinMaxIndx_32u, uint32_t)
+ZIVKS_MINMAX_INDX(ZIVKS_MinMaxIndx_16s, int16_t)
+ZIVKS_MINMAX_INDX(ZIVKS_MinMaxIndx_32s, int32_t)
+ZIVKS_MINMAX_INDX(ZIVKS_MinMaxIndx_32f, float)
+ZIVKS_MINMAX_INDX(ZIVKS_MinMaxIndx_64f, double)

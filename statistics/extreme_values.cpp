@@ -21,11 +21,8 @@ namespace {
 using namespace zivks;
 using namespace zivks::extremes;
 
-template <class T>
-constexpr int kBlock = 2 * kLanes<T>;
-
 // Folds the blocks from `from` to n into acc and reduces it across lanes.
-template <Dir d, class View, class T>
+template <MaxMin d, class View, class T>
 T block_pass(const T* src, int64_t from, int64_t n, V<T> acc) {
   for (int64_t i = from; i < n; i += kBlock<T>) {
     acc = pick<d>(acc, View::block(simd::load<V<T>>(src + i)));
@@ -37,19 +34,16 @@ T block_pass(const T* src, int64_t from, int64_t n, V<T> acc) {
 // The block pass's result when it cannot depend on the order: the fold over the
 // blocks, unless a NaN came (whose payload depends on the order) or the extreme is a
 // zero (whose sign the fold leaves open); then the ordered pass.
-template <Dir d, class View, class T>
+template <MaxMin d, class View, class T>
 T block_extreme(const T* src, int64_t from, int64_t n, T seed) {
-  constexpr bool kAbs = std::is_same_v<View, Abs>;
-  constexpr auto f = d == Dir::kMax ? (kAbs ? Fold::kMaxAbs : Fold::kMax)
-                                    : (kAbs ? Fold::kMinAbs : Fold::kMin);
   if (from >= n) return seed;
   bool nan = false;
-  const T m = reduce<d>(fold<f>(src + from, (n - from) / kLanes<T>, nan));
+  const T m = reduce<d>(fold<kFold<d, View>>(src + from, (n - from) / kLanes<T>, nan));
   if (!nan && !(kFloat<T> && m == 0)) return beats<d>(seed, m) ? seed : m;
   return block_pass<d, View>(src, from, n, simd::splat<V<T>>(seed));
 }
 
-template <Dir d, class View, class T>
+template <MaxMin d, class View, class T>
 T tail(const T* src, int64_t from, int32_t len, T best) {
   for (int64_t i = from; i < len; ++i) {
     const T x = View::scalar(src[i]);
@@ -59,7 +53,7 @@ T tail(const T* src, int64_t from, int32_t len, T best) {
 }
 
 // Max and Min.
-template <Dir d, class T>
+template <MaxMin d, class T>
 ZIVKStatus extreme(const T* src, int32_t len, T* out) {
   if (const ZIVKStatus st = check_ptrs_len(len, src, out)) return st;
   const int64_t n = block_end<kBlock<T>>(len);
@@ -79,22 +73,22 @@ ZIVKStatus min_max(const T* src, int32_t len, T* out_min, T* out_max) {
     bool nan = false;
     V<T> fmn, fmx;
     fold_min_max(src, n / kLanes<T>, fmn, fmx, nan);
-    mn = reduce<Dir::kMin>(fmn);
-    mx = reduce<Dir::kMax>(fmx);
+    mn = reduce<MaxMin::kMin>(fmn);
+    mx = reduce<MaxMin::kMax>(fmx);
     slow = nan || (kFloat<T> && (mn == 0 || mx == 0));
   }
   if (slow) {
     V<T> amn = simd::load<V<T>>(src), amx = amn;
     const V<T> second = simd::load<V<T>>(src + kLanes<T>);
-    amn = pick<Dir::kMin>(amn, second);
-    amx = pick<Dir::kMax>(amx, second);
+    amn = pick<MaxMin::kMin>(amn, second);
+    amx = pick<MaxMin::kMax>(amx, second);
     for (int64_t i = kBlock<T>; i < n; i += kBlock<T>) {
       const V<T> a = simd::load<V<T>>(src + i), b = simd::load<V<T>>(src + i + kLanes<T>);
-      amn = pick<Dir::kMin>(pick<Dir::kMin>(amn, a), b);
-      amx = pick<Dir::kMax>(pick<Dir::kMax>(amx, a), b);
+      amn = pick<MaxMin::kMin>(pick<MaxMin::kMin>(amn, a), b);
+      amx = pick<MaxMin::kMax>(pick<MaxMin::kMax>(amx, a), b);
     }
-    mn = reduce<Dir::kMin>(amn);
-    mx = reduce<Dir::kMax>(amx);
+    mn = reduce<MaxMin::kMin>(amn);
+    mx = reduce<MaxMin::kMax>(amx);
   }
   for (int64_t i = n; i < len; ++i) {
     if (src[i] < mn) mn = src[i];
@@ -120,7 +114,7 @@ ZIVKStatus max_abs(const T* src, int32_t len, T* out) {
   if (n > 0) {
     // The 32-bit integer member starts its blocks at element 8.
     const int64_t from = std::is_same_v<T, int32_t> ? 8 : 0;
-    best = block_extreme<Dir::kMax, Abs>(src, from, n, max_abs_seed(src[0]));
+    best = block_extreme<MaxMin::kMax, Abs>(src, from, n, max_abs_seed(src[0]));
   } else if constexpr (kFloat<T>) {
     best = abs_scalar(src[0]);
   } else {
@@ -128,7 +122,7 @@ ZIVKStatus max_abs(const T* src, int32_t len, T* out) {
     using U = std::make_unsigned_t<T>;
     best = src[0] < 0 ? static_cast<T>(U(0) - static_cast<U>(src[0])) : src[0];
   }
-  *out = tail<Dir::kMax, Abs>(src, n, len, best);
+  *out = tail<MaxMin::kMax, Abs>(src, n, len, best);
   return ZIVK_STS_NO_ERR;
 }
 
@@ -137,33 +131,43 @@ ZIVKStatus min_abs(const T* src, int32_t len, T* out) {
   if (const ZIVKStatus st = check_ptrs_len(len, src, out)) return st;
   const int64_t n = block_end<kBlock<T>>(len);
   T best = std::numeric_limits<T>::max();
-  if (n > 0) best = block_extreme<Dir::kMin, Abs>(src, 0, n, best);
-  *out = tail<Dir::kMin, Abs>(src, n, len, best);
+  if (n > 0) best = block_extreme<MaxMin::kMin, Abs>(src, 0, n, best);
+  *out = tail<MaxMin::kMin, Abs>(src, n, len, best);
   return ZIVK_STS_NO_ERR;
 }
 
 }  // namespace
 
-#define ZIVKS_EXTREME(name, fn, code, type)                                             \
-  ZIVKS_EXPORT ZIVKStatus ZIVKS_##name##_##code(const type* src, int32_t len, type* p) { \
-    return fn(src, len, p);                                                             \
+// Each row: the exported function, the body, the element type.
+#define ZIVKS_EXTREME(name, fn, type)                                     \
+  ZIVKS_EXPORT ZIVKStatus name(const type* src, int32_t len, type* p) {   \
+    return fn(src, len, p);                                               \
   }
-#define ZIVKS_MINMAX(code, type)                                                      \
-  ZIVKS_EXPORT ZIVKStatus ZIVKS_MinMax_##code(const type* src, int32_t len, type* pMin, \
-                                              type* pMax) {                             \
-    return min_max(src, len, pMin, pMax);                                               \
+#define ZIVKS_MINMAX(name, type)                                                      \
+  ZIVKS_EXPORT ZIVKStatus name(const type* src, int32_t len, type* pMin, type* pMax) { \
+    return min_max(src, len, pMin, pMax);                                             \
   }
-#define ZIVKS_EXTREME_SIGNED(code, type)              \
-  ZIVKS_EXTREME(Max, extreme<Dir::kMax>, code, type)  \
-  ZIVKS_EXTREME(Min, extreme<Dir::kMin>, code, type)  \
-  ZIVKS_EXTREME(MaxAbs, max_abs, code, type)          \
-  ZIVKS_EXTREME(MinAbs, min_abs, code, type)          \
-  ZIVKS_MINMAX(code, type)
 
-ZIVKS_EXTREME_SIGNED(16s, int16_t)
-ZIVKS_EXTREME_SIGNED(32s, int32_t)
-ZIVKS_EXTREME_SIGNED(32f, float)
-ZIVKS_EXTREME_SIGNED(64f, double)
-ZIVKS_MINMAX(8u, uint8_t)
-ZIVKS_MINMAX(16u, uint16_t)
-ZIVKS_MINMAX(32u, uint32_t)
+ZIVKS_EXTREME(ZIVKS_Max_16s, extreme<MaxMin::kMax>, int16_t)
+ZIVKS_EXTREME(ZIVKS_Min_16s, extreme<MaxMin::kMin>, int16_t)
+ZIVKS_EXTREME(ZIVKS_MaxAbs_16s, max_abs, int16_t)
+ZIVKS_EXTREME(ZIVKS_MinAbs_16s, min_abs, int16_t)
+ZIVKS_EXTREME(ZIVKS_Max_32s, extreme<MaxMin::kMax>, int32_t)
+ZIVKS_EXTREME(ZIVKS_Min_32s, extreme<MaxMin::kMin>, int32_t)
+ZIVKS_EXTREME(ZIVKS_MaxAbs_32s, max_abs, int32_t)
+ZIVKS_EXTREME(ZIVKS_MinAbs_32s, min_abs, int32_t)
+ZIVKS_EXTREME(ZIVKS_Max_32f, extreme<MaxMin::kMax>, float)
+ZIVKS_EXTREME(ZIVKS_Min_32f, extreme<MaxMin::kMin>, float)
+ZIVKS_EXTREME(ZIVKS_MaxAbs_32f, max_abs, float)
+ZIVKS_EXTREME(ZIVKS_MinAbs_32f, min_abs, float)
+ZIVKS_EXTREME(ZIVKS_Max_64f, extreme<MaxMin::kMax>, double)
+ZIVKS_EXTREME(ZIVKS_Min_64f, extreme<MaxMin::kMin>, double)
+ZIVKS_EXTREME(ZIVKS_MaxAbs_64f, max_abs, double)
+ZIVKS_EXTREME(ZIVKS_MinAbs_64f, min_abs, double)
+ZIVKS_MINMAX(ZIVKS_MinMax_8u, uint8_t)
+ZIVKS_MINMAX(ZIVKS_MinMax_16u, uint16_t)
+ZIVKS_MINMAX(ZIVKS_MinMax_32u, uint32_t)
+ZIVKS_MINMAX(ZIVKS_MinMax_16s, int16_t)
+ZIVKS_MINMAX(ZIVKS_MinMax_32s, int32_t)
+ZIVKS_MINMAX(ZIVKS_MinMax_32f, float)
+ZIVKS_MINMAX(ZIVKS_MinMax_64f, double)

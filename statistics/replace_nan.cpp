@@ -11,7 +11,7 @@ ZIVKStatus replace_nan(T val, T* srcDst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, srcDst)) return st;
   using V = simd::vec<T, 1>;
   const V r = simd::splat<V>(val);
-  for_single_blocks<16 / sizeof(T)>(
+  for_single_blocks<kVectorElems<T>>(
       len, [&](int64_t i, auto) { simd::store(srcDst + i, simd::select_nan(simd::load<V>(srcDst + i), r)); },
       [&](int64_t i) {
         if (srcDst[i] != srcDst[i]) srcDst[i] = val;

@@ -1,7 +1,7 @@
 // Generic backend: conversions between integer and float lanes of the same width.
 #pragma once
 
-#include "core/scale.h"
+#include "core/rounding.h"
 #include "core/simd/generic/base.h"
 
 namespace zivks::simd {

@@ -1,7 +1,7 @@
 // NEON backend: conversions between integer and float lanes.
 #pragma once
 
-#include "core/scale.h"
+#include "core/rounding.h"
 #include "core/simd/neon/base.h"
 
 namespace zivks::simd {

@@ -5,7 +5,7 @@
 // through a lane mask.
 #pragma once
 
-#include "core/scale.h"
+#include "core/rounding.h"
 #include "core/simd/x86/base.h"
 
 namespace zivks::simd {
