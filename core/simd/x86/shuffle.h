@@ -39,10 +39,13 @@ inline R shuffle_lanes(R x, const table16& t) {
 }  // namespace x86
 
 // ---- reverse
-// The lanes in reverse order within each block, then the blocks in reverse order.
+// The lanes in reverse order within each block (nothing to do for a lane of a whole
+// block), then the blocks in reverse order.
 template <class T, int K>
 inline vec<T, K> reverse(const vec<T, K>& a) {
-  return x86::of_bits<T, K>(x86::ops<K>::reverse_blocks(x86::shuffle_lanes<K>(x86::bits(a), x86::kReverse<sizeof(T)>)));
+  auto x = x86::bits(a);
+  if constexpr (sizeof(T) < 16) x = x86::shuffle_lanes<K>(x, x86::kReverse<sizeof(T)>);
+  return x86::of_bits<T, K>(x86::ops<K>::reverse_blocks(x));
 }
 
 // ---- swap_bytes
