@@ -14,6 +14,7 @@
  *   zivks/convert.h     Convert
  *   zivks/statistics.h  extremes and their positions, MaxEvery and MinEvery,
  *                       CountInRange, FindNearest, ReplaceNAN, ZeroCrossing
+ *   zivks/sort.h        SortAscend/Descend, SortIndex, SortRadix, SortRadixIndex, TopK
  *
  * Every header compiles as C99 and as C++ (the declarations are extern "C"). */
 #ifndef ZIVKS_H
@@ -26,5 +27,6 @@
 #include "zivks/arithmetic.h"
 #include "zivks/convert.h"
 #include "zivks/statistics.h"
+#include "zivks/sort.h"
 
 #endif /* ZIVKS_H */

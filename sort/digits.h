@@ -1,0 +1,142 @@
+// The machinery the counting, radix and top-k sorts share: 8-bit digits, histograms
+// cleared through ZIVKS_Zero_32s, running sums that turn counts into end positions in
+// either direction, the stable backward scatter, the 128-bit copy back and the sign
+// bias. Each stage is written once here; the families say which keys, buckets and
+// destinations it works on.
+#pragma once
+
+#include <stdint.h>
+#include <string.h>
+
+#include <type_traits>
+
+#include "core/simd/simd.h"
+#include "zivks.h"
+
+namespace zivks::sort {
+
+// ---- Digits
+
+inline constexpr int32_t kDigitBits = 8;
+// Counters of one digit histogram.
+inline constexpr int32_t kDigitCount = 256;
+
+// Returns the 8-bit digit of `key` that starts at bit `shift`.
+template <class U>
+inline uint32_t digit(U key, int shift) {
+  return static_cast<uint32_t>(key >> shift) & (kDigitCount - 1);
+}
+
+// Which way the running sums go: rising puts digit 0 first (an ascending pass),
+// falling puts the largest bucket first (a descending pass).
+enum class Order { rising, falling };
+
+// ---- Histograms
+
+// Clears `n` counters the way every sort of the family does: by ZIVKS_Zero_32s.
+inline void clear(int32_t* counts, int32_t n) { ZIVKS_Zero_32s(counts, n); }
+
+// Adds one to counts[bucket(i)] for every i from 0 to n-1, walking forward. A 256-entry
+// histogram is counted in four interleaved tables and summed, so neighbouring keys with
+// the same digit do not wait on each other's store.
+template <class Bucket>
+inline void count(int32_t* counts, int32_t nbuckets, int32_t n, Bucket bucket) {
+  if (nbuckets != kDigitCount || n < 4 * kDigitCount) {
+    for (int32_t i = 0; i < n; ++i) ++counts[bucket(i)];
+    return;
+  }
+  int32_t part[4][kDigitCount] = {};
+  int32_t i = 0;
+  for (; i + 4 <= n; i += 4) {
+    ++part[0][bucket(i)];
+    ++part[1][bucket(i + 1)];
+    ++part[2][bucket(i + 2)];
+    ++part[3][bucket(i + 3)];
+  }
+  for (; i < n; ++i) ++part[0][bucket(i)];
+  for (int32_t d = 0; d < kDigitCount; ++d) counts[d] += part[0][d] + part[1][d] + part[2][d] + part[3][d];
+}
+
+// ---- Running sums
+
+// Turns counts into end positions. Rising: counts[d] becomes the number of entries
+// with a bucket of d or less. Falling: the number with a bucket of d or more.
+inline void end_positions(int32_t* counts, int32_t nbuckets, Order order) {
+  int32_t sum = 0;
+  if (order == Order::rising) {
+    for (int32_t d = 0; d < nbuckets; ++d) counts[d] = sum += counts[d];
+  } else {
+    for (int32_t d = nbuckets - 1; d >= 0; --d) counts[d] = sum += counts[d];
+  }
+}
+
+// ---- Stable backward scatter
+
+// For i from n-1 down to 0: lowers counts[bucket(i)] by one and calls place(i, c) with
+// the lowered value c, the entry's place. With end positions this keeps equal buckets
+// in input order.
+template <class Bucket, class Place>
+inline void scatter_backward(int32_t* counts, int32_t n, Bucket bucket, Place place) {
+  for (int32_t i = n - 1; i >= 0; --i) place(i, --counts[bucket(i)]);
+}
+
+// One whole digit pass over keys[0..n): clears a local histogram, counts the digit at
+// `shift`, forms end positions in `order` and scatters backward through place(i, c).
+template <class U, class Place>
+inline void digit_pass(const U* keys, int32_t n, int shift, Order order, Place place) {
+  int32_t counts[kDigitCount];
+  clear(counts, kDigitCount);
+  const auto bucket = [keys, shift](int32_t i) { return digit(keys[i], shift); };
+  count(counts, kDigitCount, n, bucket);
+  end_positions(counts, kDigitCount, order);
+  scatter_backward(counts, n, bucket, place);
+}
+
+// ---- Copies and the sign bias
+
+// Copies n elements from src to dst 128 bits at a time, then the tail one by one.
+template <class T>
+inline void copy_back(T* dst, const T* src, int32_t n) {
+  using V = simd::vec<T, 1>;
+  constexpr int32_t kLanes = 16 / sizeof(T);
+  int32_t i = 0;
+  for (; i + kLanes <= n; i += kLanes) simd::store(dst + i, simd::load<V>(src + i));
+  for (; i < n; ++i) dst[i] = src[i];
+}
+
+// The constant whose addition flips the sign bit of an unsigned key of type U.
+template <class U>
+inline constexpr U kSignBit = U{1} << (8 * sizeof(U) - 1);
+
+// Adds kSignBit to every element in place with wrap-around, 128 bits at a time and then
+// the tail: the bias that turns signed order into unsigned order and back.
+template <class U>
+inline void add_sign_bias(U* p, int32_t n) {
+  static_assert(std::is_unsigned_v<U>);
+  using V = simd::vec<U, 1>;
+  constexpr int32_t kLanes = 16 / sizeof(U);
+  const V bias = simd::splat<V>(kSignBit<U>);
+  int32_t i = 0;
+  for (; i + kLanes <= n; i += kLanes) simd::store(p + i, simd::add_wrap(simd::load<V>(p + i), bias));
+  for (; i < n; ++i) p[i] = static_cast<U>(p[i] + kSignBit<U>);
+}
+
+// ---- Runs of one value
+
+// Writes `run` copies of v at p: one by one up to a run of kShortRun, from there on
+// 8 elements per 128-bit store while a whole store fits, and the rest one by one.
+inline constexpr int32_t kShortRun = 13;
+
+template <class T>
+inline void write_run(T* p, int32_t run, T v) {
+  static_assert(sizeof(T) == 2);
+  int32_t i = 0;
+  if (run > kShortRun) {
+    using V = simd::vec<T, 1>;
+    const V all = simd::splat<V>(v);
+    for (; i + 8 <= run; i += 8) simd::store(p + i, all);
+  }
+  for (; i < run; ++i) p[i] = v;
+}
+
+}  // namespace zivks::sort
