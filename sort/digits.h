@@ -10,6 +10,7 @@
 
 #include <type_traits>
 
+#include "core/handles.h"
 #include "core/simd/simd.h"
 #include "zivks.h"
 
@@ -121,6 +122,33 @@ inline void add_sign_bias(U* p, int32_t n) {
   for (; i < n; ++i) p[i] = static_cast<U>(p[i] + kSignBit<U>);
 }
 
+// ---- Counting sorts of narrow keys
+
+// The table of a counting sort: one counter per value of an 8- or 16-bit key, indexed
+// by the key plus a bias that puts the least signed key at counter 0.
+template <class T>
+struct CountTable {
+  static_assert(sizeof(T) <= 2);
+  static constexpr int32_t kSize = int32_t{1} << (8 * sizeof(T));
+  static constexpr int32_t kBias = std::is_signed_v<T> ? kSize / 2 : 0;
+  static int32_t index(T key) { return static_cast<int32_t>(key) + kBias; }
+  static T value(int32_t index) { return static_cast<T>(index - kBias); }
+};
+
+// Walks the counters of a filled table from the least value up (rising) or from the
+// largest down (falling) and calls run(value, count) for every counter above 0.
+template <class T, class Run>
+inline void for_each_run(const int32_t* counts, Order order, Run run) {
+  using Table = CountTable<T>;
+  if (order == Order::rising) {
+    for (int32_t d = 0; d < Table::kSize; ++d)
+      if (counts[d] > 0) run(Table::value(d), counts[d]);
+  } else {
+    for (int32_t d = Table::kSize - 1; d >= 0; --d)
+      if (counts[d] > 0) run(Table::value(d), counts[d]);
+  }
+}
+
 // ---- Runs of one value
 
 // Writes `run` copies of v at p: one by one up to a run of kShortRun, from there on
@@ -137,6 +165,40 @@ inline void write_run(T* p, int32_t run, T v) {
     for (; i + 8 <= run; i += 8) simd::store(p + i, all);
   }
   for (; i < run; ++i) p[i] = v;
+}
+
+// Sorts a[0..n) of 8- or 16-bit keys by counting into `counts` (a table of
+// CountTable<T>::kSize counters that the caller has cleared) and writing the runs in
+// `order`: 8-bit runs by memset, 16-bit runs by write_run.
+template <class T>
+inline void counting_sort(T* a, int32_t n, int32_t* counts, Order order) {
+  using Table = CountTable<T>;
+  count(counts, Table::kSize, n, [a](int32_t i) { return Table::index(a[i]); });
+  T* out = a;
+  for_each_run<T>(counts, order, [&out](T v, int32_t run) {
+    if constexpr (sizeof(T) == 1) {
+      memset(out, static_cast<uint8_t>(v), static_cast<size_t>(run));
+    } else {
+      write_run(out, run, v);
+    }
+    out += run;
+  });
+}
+
+// ---- Work buffers
+
+// The Init of a radix family: policy null, then len < 1, then a dataType outside the
+// nine; then a block of bytes(len, dataType) from ZIVKS_Malloc_8u into *policy. A size
+// past the int32 range reaches the allocator as kNoSize and comes back as
+// ZIVK_STS_MALLOC_ERR.
+inline ZIVKStatus init_work_buffer(int32_t len, ZIVKDataType data_type, uint8_t** policy,
+                                   int32_t (*bytes)(int32_t len, int32_t data_type)) {
+  const int32_t dt = static_cast<int32_t>(data_type);
+  if (const ZIVKStatus st = handles::first_failure({{policy == nullptr, ZIVK_STS_NULL_PTR_ERR},
+                                                    {len < 1, ZIVK_STS_SIZE_ERR},
+                                                    {!handles::kAllDataTypes.has(dt), ZIVK_STS_DATA_TYPE_ERR}}))
+    return st;
+  return handles::allocate(bytes(len, dt), policy);
 }
 
 }  // namespace zivks::sort
