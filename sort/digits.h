@@ -81,16 +81,44 @@ inline void scatter_backward(int32_t* counts, int32_t n, Bucket bucket, Place pl
   for (int32_t i = n - 1; i >= 0; --i) place(i, --counts[bucket(i)]);
 }
 
-// One whole digit pass over keys[0..n): clears a local histogram, counts the digit at
-// `shift`, forms end positions in `order` and scatters backward through place(i, c).
+// ---- Digit passes
+
+// The histograms of every digit of keys[0..n), one per pass, counted in one forward
+// walk. A pass sees the same keys in another order, so its histogram is the one
+// counted here: the keys are read once for all passes instead of once a pass.
+// Four-byte keys count in two sets of tables, alternate keys in each, so that
+// neighbouring keys with the same digit do not wait on each other's store.
+template <class U>
+struct DigitCounts {
+  static constexpr int kPasses = static_cast<int>(sizeof(U));
+  static constexpr int kSets = sizeof(U) == 4 ? 2 : 1;
+  int32_t of[kPasses][kDigitCount];
+
+  DigitCounts(const U* keys, int32_t n) {
+    int32_t part[kSets][kPasses][kDigitCount];
+    clear(&part[0][0][0], kSets * kPasses * kDigitCount);
+    int32_t i = 0;
+    for (; i + kSets <= n; i += kSets)
+      for (int s = 0; s < kSets; ++s)
+        for (int p = 0; p < kPasses; ++p) ++part[s][p][digit(keys[i + s], p * kDigitBits)];
+    for (; i < n; ++i)
+      for (int p = 0; p < kPasses; ++p) ++part[0][p][digit(keys[i], p * kDigitBits)];
+    for (int p = 0; p < kPasses; ++p)
+      for (int32_t d = 0; d < kDigitCount; ++d) {
+        int32_t sum = 0;
+        for (int s = 0; s < kSets; ++s) sum += part[s][p][d];
+        of[p][d] = sum;
+      }
+  }
+};
+
+// Pass `pass` over keys[0..n), whose histogram for that pass is `counts`: forms end
+// positions in `order` and scatters backward through place(i, c). `counts` is used up.
 template <class U, class Place>
-inline void digit_pass(const U* keys, int32_t n, int shift, Order order, Place place) {
-  int32_t counts[kDigitCount];
-  clear(counts, kDigitCount);
-  const auto bucket = [keys, shift](int32_t i) { return digit(keys[i], shift); };
-  count(counts, kDigitCount, n, bucket);
+inline void digit_pass(int32_t* counts, const U* keys, int32_t n, int pass, Order order, Place place) {
   end_positions(counts, kDigitCount, order);
-  scatter_backward(counts, n, bucket, place);
+  const int shift = pass * kDigitBits;
+  scatter_backward(counts, n, [keys, shift](int32_t i) { return digit(keys[i], shift); }, place);
 }
 
 // ---- Copies and the sign bias

@@ -41,8 +41,9 @@ template <class U, Order kOrder>
 ZIVKStatus radix(U* a, int32_t len, uint8_t* policy) {
   if (const ZIVKStatus st = check_ptrs_len(len, a, policy)) return st;
   U* scratch = reinterpret_cast<U*>(policy);
-  for (int shift = 0; shift < 8 * static_cast<int>(sizeof(U)); shift += sort::kDigitBits) {
-    sort::digit_pass(a, len, shift, kOrder, [a, scratch](int32_t i, int32_t c) { scratch[c] = a[i]; });
+  sort::DigitCounts<U> counts(a, len);
+  for (int pass = 0; pass < counts.kPasses; ++pass) {
+    sort::digit_pass(counts.of[pass], a, len, pass, kOrder, [a, scratch](int32_t i, int32_t c) { scratch[c] = a[i]; });
     sort::copy_back(a, scratch, len);
   }
   return ZIVK_STS_NO_ERR;

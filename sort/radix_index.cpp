@@ -84,18 +84,19 @@ ZIVKStatus counting(const T* src, int32_t stride, int32_t* idx, int32_t len, uin
 template <class U>
 void passes(const Regions<U>& r, int32_t* idx, int32_t n, Order order) {
   if (n == 0) return;
-  constexpr int kLast = 8 * sizeof(U) - sort::kDigitBits;
   U* keys = r.keys;
   const int32_t* pos = r.pos;
-  for (int shift = 0; shift < kLast; shift += sort::kDigitBits) {
-    sort::digit_pass(keys, n, shift, order, [keys, pos, idx, s = r.scratch](int32_t i, int32_t c) {
+  sort::DigitCounts<U> counts(keys, n);
+  const int last = counts.kPasses - 1;
+  for (int pass = 0; pass < last; ++pass) {
+    sort::digit_pass(counts.of[pass], keys, n, pass, order, [keys, pos, idx, s = r.scratch](int32_t i, int32_t c) {
       s[c] = keys[i];
       idx[c] = pos[i];
     });
     sort::copy_back(keys, r.scratch, n);
     ZIVKS_Copy_32s(idx, r.pos, n);
   }
-  sort::digit_pass(keys, n, kLast, order, [pos, idx](int32_t i, int32_t c) { idx[c] = pos[i]; });
+  sort::digit_pass(counts.of[last], keys, n, last, order, [pos, idx](int32_t i, int32_t c) { idx[c] = pos[i]; });
 }
 
 // The same regions seen from entry `first` on.

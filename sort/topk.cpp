@@ -203,6 +203,43 @@ struct RadixRegions {
   }
 };
 
+// How each key type ranks. A key is stored in the regions as stored(bits); its bucket
+// is the top bits of the stored key, and buckets take rank 0, 1, ... from the largest
+// keys down: bucket_at(rank). ordered(bits) is the key as an int32 that rises with the
+// key's rank falling, for the selection below.
+//
+// 32s: the sign bit flipped, so unsigned order is signed order; 256 buckets of the top
+// byte, 255 first. 32f: raw bits; 512 buckets of sign and exponent, 255 down to 0 (sign
+// clear, largest first), then 256 up to 511 (sign set, least magnitude first).
+struct Radix32s {
+  static constexpr bool kFloat = false;
+  static constexpr int32_t kBuckets = 256;
+  static constexpr int kBucketShift = 24;
+  static constexpr uint32_t kLastXor = kSignBit;  // the flip undone as the last pass stores
+  static uint32_t stored(uint32_t bits) { return bits ^ kSignBit; }
+  static int32_t bucket_of(uint32_t key) { return static_cast<int32_t>(key >> kBucketShift); }
+  static int32_t bucket_at(int32_t rank) { return kBuckets - 1 - rank; }
+  static int32_t ordered(int32_t bits) { return bits; }
+  template <class V>
+  static V ordered(const V& bits) { return bits; }
+};
+struct Radix32f {
+  static constexpr bool kFloat = true;
+  static constexpr int32_t kBuckets = 512;
+  static constexpr int kBucketShift = 23;
+  static constexpr uint32_t kLastXor = 0;
+  static uint32_t stored(uint32_t bits) { return bits; }
+  static int32_t bucket_of(uint32_t key) { return static_cast<int32_t>(key >> kBucketShift); }
+  static int32_t bucket_at(int32_t rank) { return rank < 256 ? 255 - rank : rank; }
+  // A sign-set key keeps its sign and has its other bits inverted.
+  static int32_t ordered(int32_t bits) { return bits < 0 ? bits ^ 0x7FFFFFFF : bits; }
+  template <class V>
+  static V ordered(const V& bits) {
+    const V magnitude = simd::splat<V>(0x7FFFFFFF);
+    return simd::bit_xor(bits, simd::bit_and(simd::shr(bits, simd::shift_count<int32_t, V::kBlocks>(31)), magnitude));
+  }
+};
+
 // Copies n entries from one pair of regions to another.
 inline void copy_entries(const Entries<uint32_t>& to, const Entries<uint32_t>& from, int32_t n) {
   sort::copy_back(to.key, from.key, n);
@@ -210,22 +247,20 @@ inline void copy_entries(const Entries<uint32_t>& to, const Entries<uint32_t>& f
 }
 
 // The prefilter: counts the `count` working entries by bucket, forms running totals
-// with the buckets taken largest keys first (bucket_at(rank) is the bucket of that
-// rank), and keeps the entries of the leading buckets whose total first reaches m (the
-// first bucket alone never decides). Every entry is scattered stably to the result
-// regions; the kept ones are copied back. Returns the kept count (count if no total
-// reaches m).
-template <class BucketOf, class BucketAt>
-int32_t prefilter(const RadixRegions& r, int32_t count, int32_t m, int32_t nbuckets, BucketOf bucket_of,
-                  BucketAt bucket_at) {
+// in rank order, and keeps the entries of the leading buckets whose total first
+// reaches m (the first bucket alone never decides). Every entry is scattered stably to
+// the result regions; the kept ones are copied back. Returns the kept count (count if
+// no total reaches m).
+template <class Tr>
+int32_t prefilter(const RadixRegions& r, int32_t count, int32_t m) {
   int32_t* counts = r.counters;
-  sort::clear(counts, nbuckets);
-  const auto bucket = [&](int32_t i) { return bucket_of(r.work.key[i]); };
-  sort::count(counts, nbuckets, count, bucket);
+  sort::clear(counts, Tr::kBuckets);
+  const auto bucket = [&](int32_t i) { return Tr::bucket_of(r.work.key[i]); };
+  sort::count(counts, Tr::kBuckets, count, bucket);
   int32_t sum = 0, kept = count;
   bool decided = false;
-  for (int32_t rank = 0; rank < nbuckets; ++rank) {
-    int32_t& total = counts[bucket_at(rank)];
+  for (int32_t rank = 0; rank < Tr::kBuckets; ++rank) {
+    int32_t& total = counts[Tr::bucket_at(rank)];
     total = sum += total;
     if (rank > 0 && !decided && total >= m) {
       kept = total;
@@ -240,57 +275,196 @@ int32_t prefilter(const RadixRegions& r, int32_t count, int32_t m, int32_t nbuck
   return kept;
 }
 
+// ---- Prefilter by a guessed rank
+// What the prefilter keeps are the entries of the ranks up to some r*, by rank and then
+// in input order. Where no key is set aside, that set can be found without gathering
+// and scattering every entry: a sample of the keys suggests a rank R, one pass over the
+// column picks the keys of rank up to R (R = the column's own order), and their counts
+// tell r* exactly when the totals up to R reach m. The kept entries then go to the
+// working regions in the order the prefilter gives them. The result is the same; only
+// the scratch left in the other regions differs.
+
+// Keys sampled to guess R, and the least gathered count worth it.
+constexpr int32_t kSampleKeys = 1024;
+constexpr int32_t kGuessFrom = 8 * kSampleKeys;
+
+// The rank R whose keys the sample says cover about twice m, at least 1; kBuckets - 1
+// when the guess would pick nearly everything.
+template <class Tr>
+int32_t guess_rank(const uint8_t* src, int32_t stride, int32_t n, int32_t m) {
+  int32_t seen[Tr::kBuckets] = {};
+  for (int32_t j = 0; j < kSampleKeys; ++j) {
+    uint32_t bits;
+    memcpy(&bits, src + int64_t{j} * n / kSampleKeys * stride, sizeof bits);
+    ++seen[Tr::bucket_of(Tr::stored(bits))];
+  }
+  const int64_t want = 2 * int64_t{m} * kSampleKeys / n + 4;
+  int64_t sum = 0;
+  for (int32_t rank = 0; rank < Tr::kBuckets - 1; ++rank) {
+    sum += seen[Tr::bucket_at(rank)];
+    if (rank >= 1 && sum >= want) return rank;
+  }
+  return Tr::kBuckets - 1;
+}
+
+// The count a gather reads when its 32-bit products cannot wrap, or -1.
+inline int32_t gathered_count(int32_t len, int32_t stride) {
+  if (4 * int64_t{len} + stride > INT32_MAX) return -1;
+  return static_cast<int32_t>(std::min<int64_t>(len, (4 * int64_t{len} + stride - 1) / stride));
+}
+
+// Picks every key of rank up to R into the result regions (stored key, position), in
+// input order. Counts p, the keys with the sign bit clear (32f). Returns the count
+// picked, or -1 when a key is non-finite (32f), for which the gather sets keys aside.
+template <class Tr>
+int32_t pick_leading(const uint8_t* src, int32_t stride, int32_t n, int32_t rank, const RadixRegions& r,
+                     int32_t& p) {
+  // ordered(bits) at or above this is a rank up to R.
+  const int32_t least = static_cast<int32_t>(
+      (static_cast<uint32_t>(Tr::kBuckets - 1 - rank) << Tr::kBucketShift) ^ kSignBit);
+  int32_t picked = 0, sign_clear = 0;
+  bool non_finite = false;
+  const auto take = [&](int32_t i, uint32_t bits) {
+    r.result.key[picked] = Tr::stored(bits);
+    r.result.pos[picked] = i;
+    ++picked;
+  };
+  int32_t i = 0;
+  if (stride == 4) {
+    const int32_t* keys = reinterpret_cast<const int32_t*>(src);
+    auto run = [&](auto w) {
+      using V = simd::vec<int32_t, decltype(w)::value>;
+      const V below = simd::splat<V>(least - 1), exponent = simd::splat<V>(static_cast<int32_t>(kExponent)),
+              minus_one = simd::splat<V>(-1);
+      V clear_count = simd::zeros<V>(), odd = simd::zeros<V>();
+      for (; i + V::kLanes <= n; i += V::kLanes) {
+        const V bits = simd::load<V>(keys + i);
+        const V hit = simd::cmp_gt(Tr::ordered(bits), below);
+        if constexpr (Tr::kFloat) {
+          clear_count = simd::sub_wrap(clear_count, simd::cmp_gt(bits, minus_one));
+          odd = simd::bit_or(odd, simd::cmp_eq(simd::bit_and(bits, exponent), exponent));
+        }
+        if (uint32_t lanes = simd::lane_bits(hit)) {
+          const simd::lanes<V> b(bits);
+          for (; lanes != 0; lanes &= lanes - 1) {
+            const int l = __builtin_ctz(lanes);
+            take(i + l, static_cast<uint32_t>(b.v[l]));
+          }
+        }
+      }
+      if constexpr (Tr::kFloat) {
+        const simd::lanes<V> c(clear_count);
+        for (int l = 0; l < V::kLanes; ++l) sign_clear += c.v[l];
+        non_finite = non_finite || simd::any_true(odd);
+      }
+    };
+    if constexpr (simd::kWide > 1) run(simd::width<simd::kWide>{});
+    run(simd::width<1>{});
+  }
+  for (; i < n; ++i) {
+    uint32_t bits;
+    memcpy(&bits, src + int64_t{i} * stride, sizeof bits);
+    if (Tr::ordered(static_cast<int32_t>(bits)) >= least) take(i, bits);
+    if constexpr (Tr::kFloat) {
+      sign_clear += (bits & kSignBit) == 0;
+      non_finite = non_finite || (bits & kExponent) == kExponent;
+    }
+  }
+  p = sign_clear;
+  return non_finite ? -1 : picked;
+}
+
+// The prefilter by a guessed rank: true with *kept and the working regions as the
+// prefilter leaves them, or false when the guess does not apply (the caller then
+// gathers and prefilters every entry).
+template <class Tr>
+bool prefilter_by_guess(const uint8_t* src, int32_t stride, int32_t len, int32_t k, const RadixRegions& r,
+                        Gathered& g, int32_t& kept) {
+  const int32_t n = gathered_count(len, stride);
+  if (n < kGuessFrom) return false;
+  const int32_t m = std::min(k, n);
+  if (!Tr::kFloat && !(static_cast<double>(m) * kPrefilterRatio < static_cast<double>(n))) return false;
+  const int32_t rank = guess_rank<Tr>(src, stride, n, m);
+  if (rank >= Tr::kBuckets - 1) return false;
+  int32_t p = 0;
+  const int32_t picked = pick_leading<Tr>(src, stride, n, rank, r, p);
+  if (picked < m) return false;  // too few (or a key to set aside)
+  // Totals by rank over the picked keys, exact up to R.
+  int32_t* counts = r.counters;
+  sort::clear(counts, Tr::kBuckets);
+  const auto bucket = [&](int32_t i) { return Tr::bucket_of(r.result.key[i]); };
+  sort::count(counts, Tr::kBuckets, picked, bucket);
+  int32_t sum = 0, last = -1;
+  for (int32_t rk = 0; rk <= rank; ++rk) {
+    int32_t& c = counts[Tr::bucket_at(rk)];
+    const int32_t start = sum;
+    sum += c;
+    c = start;  // now the first place of the bucket
+    if (last < 0 && rk >= 1 && sum >= m) {
+      last = rk;
+      kept = sum;
+    }
+  }
+  if (last < 0) return false;
+  // Keys of ranks beyond r* have first places at or past kept.
+  for (int32_t i = 0; i < picked; ++i) {
+    const int32_t at = counts[bucket(i)];
+    if (at >= kept) continue;
+    counts[bucket(i)] = at + 1;
+    r.work.key[at] = r.result.key[i];
+    r.work.pos[at] = r.result.pos[i];
+  }
+  g.n = n;
+  g.c = 0;
+  g.p = p;
+  return true;
+}
 // Sorts n working entries from `first` on by all four 8-bit digits in `order`, stably,
 // into the result regions; results of the first three passes are copied back, and the
 // last pass stores every key XOR last_xor.
 void digit_passes(const RadixRegions& r, int32_t first, int32_t n, Order order, uint32_t last_xor) {
   const Entries<uint32_t> w{r.work.key + first, r.work.pos + first};
   const Entries<uint32_t> o{r.result.key + first, r.result.pos + first};
-  for (int shift = 0; shift < 32; shift += sort::kDigitBits) {
-    const uint32_t x = shift == 24 ? last_xor : 0;
-    sort::digit_pass(w.key, n, shift, order, [&](int32_t i, int32_t c) {
+  sort::DigitCounts<uint32_t> counts(w.key, n);
+  const int last = counts.kPasses - 1;
+  for (int pass = 0; pass <= last; ++pass) {
+    const uint32_t x = pass == last ? last_xor : 0;
+    sort::digit_pass(counts.of[pass], w.key, n, pass, order, [&](int32_t i, int32_t c) {
       o.key[c] = w.key[i] ^ x;
       o.pos[c] = w.pos[i];
     });
-    if (shift != 24) copy_entries(w, o, n);
+    if (pass != last) copy_entries(w, o, n);
   }
 }
 
-void radix_32s(const uint8_t* src, int32_t stride, int32_t len, int32_t* dst_val, int32_t* dst_idx, int32_t k,
-               int32_t offset, uint8_t* policy) {
-  const RadixRegions r(policy, len);
-  const Gathered g = gather<false>(src, stride, len, r.work, [](uint32_t bits) { return bits ^ kSignBit; });
-  const int32_t m = std::min(k, g.n);
-  int32_t kept = g.n;
-  if (static_cast<double>(m) * kPrefilterRatio < static_cast<double>(g.n)) {
-    kept = prefilter(
-        r, g.n, m, Key<int32_t>::kBuckets, [](uint32_t key) { return key >> 24; },
-        [](int32_t rank) { return 255 - rank; });
-  }
-  digit_passes(r, 0, kept, Order::falling, kSignBit);
-  output(r.result, g, len, k, offset, dst_val, dst_idx,
-         [&](int32_t j) { return static_cast<int32_t>(r.result.key[j]) >= 0; });
-}
-
-// Float keys as raw bits: the buckets of sign and exponent run 255 down to 0 (sign
-// clear, largest first) and then 256 up to 511 (sign set, least magnitude first). The
-// sign-clear entries then sort by falling bits and the sign-set ones by rising bits,
+// 32s prefilters when the k wanted are fewer than the keys by kPrefilterRatio, and
+// sorts the kept entries by falling digits. 32f always prefilters; its sign-clear
+// entries (the first p) then sort by falling bits and the sign-set ones by rising bits,
 // which ranks +0.0 above -0.0.
-void radix_32f(const uint8_t* src, int32_t stride, int32_t len, float* dst_val, int32_t* dst_idx, int32_t k,
-               int32_t offset, uint8_t* policy) {
+template <class T, class Tr>
+void radix(const uint8_t* src, int32_t stride, int32_t len, T* dst_val, int32_t* dst_idx, int32_t k, int32_t offset,
+           uint8_t* policy) {
   const RadixRegions r(policy, len);
-  const Gathered g = gather<true>(src, stride, len, r.work, [](uint32_t bits) { return bits; });
-  const int32_t m = std::min(k, g.n);
-  const int32_t kept = prefilter(
-      r, g.n - g.c, m, Key<float>::kBuckets, [](uint32_t key) { return key >> 23; },
-      [](int32_t rank) { return rank < 256 ? 255 - rank : rank; });
-  if (g.p < kept) {
-    digit_passes(r, 0, g.p, Order::falling, 0);
-    digit_passes(r, g.p, kept - g.p, Order::rising, 0);
-  } else {
-    digit_passes(r, 0, kept, Order::falling, 0);
+  Gathered g;
+  int32_t kept = 0;
+  if (!prefilter_by_guess<Tr>(src, stride, len, k, r, g, kept)) {
+    g = gather<Tr::kFloat>(src, stride, len, r.work, Tr::stored);
+    const int32_t m = std::min(k, g.n);
+    kept = g.n - g.c;
+    if (Tr::kFloat || static_cast<double>(m) * kPrefilterRatio < static_cast<double>(g.n))
+      kept = prefilter<Tr>(r, g.n - g.c, m);
   }
-  output(r.result, g, len, k, offset, dst_val, dst_idx, [&](int32_t j) { return j < std::min(m, g.p); });
+  if (Tr::kFloat && g.p < kept) {
+    digit_passes(r, 0, g.p, Order::falling, Tr::kLastXor);
+    digit_passes(r, g.p, kept - g.p, Order::rising, Tr::kLastXor);
+  } else {
+    digit_passes(r, 0, kept, Order::falling, Tr::kLastXor);
+  }
+  // 32f: the sign-set entries, -0.0 among them, follow the first p.
+  output(r.result, g, len, k, offset, dst_val, dst_idx, [&](int32_t j) {
+    if constexpr (Tr::kFloat) return j < g.p;
+    else return static_cast<int32_t>(r.result.key[j]) >= 0;
+  });
 }
 
 // ---- TopK
@@ -324,10 +498,10 @@ ZIVKS_EXPORT ZIVKStatus ZIVKS_TopKInit_32f(int32_t len, float* dstVal, int32_t* 
 }
 ZIVKS_EXPORT ZIVKStatus ZIVKS_TopK_32s(const int32_t* src, int32_t offset, int32_t srcStride, int32_t len,
                                        int32_t* dstVal, int32_t* dstIdx, int32_t k, int32_t method, uint8_t* policy) {
-  return top_k(src, offset, srcStride, len, dstVal, dstIdx, k, method, policy, radix_32s);
+  return top_k(src, offset, srcStride, len, dstVal, dstIdx, k, method, policy, radix<int32_t, Radix32s>);
 }
 ZIVKS_EXPORT ZIVKStatus ZIVKS_TopK_32f(const float* src, int32_t offset, int32_t srcStride, int32_t len,
                                        float* dstVal, int32_t* dstIdx, int32_t k, int32_t method, uint8_t* policy) {
-  return top_k(src, offset, srcStride, len, dstVal, dstIdx, k, method, policy, radix_32f);
+  return top_k(src, offset, srcStride, len, dstVal, dstIdx, k, method, policy, radix<float, Radix32f>);
 }
 ZIVKS_EXPORT ZIVKStatus ZIVKS_TopKRelease(uint8_t* policy) { return handles::release(policy); }

@@ -59,4 +59,15 @@ inline bool any_true(const vec<T, K>& m) {
   return false;
 }
 
+// ---- lane_bits
+// Returns a word with bit l set where lane l of the mask m is set, for masks of 32-bit
+// lanes (the lanes ANDed with 1, 2, 4, 8 and added across: and, addv).
+template <class T, int K>
+inline uint32_t lane_bits(const vec<T, K>& m) {
+  static_assert(sizeof(T) == 4, "masks of 32-bit lanes");
+  uint32_t r = 0;
+  for (int i = 0; i < vec<T, K>::kLanes; ++i) r |= (m.raw.v[i] != 0 ? 1u : 0u) << i;
+  return r;
+}
+
 }  // namespace zivks::simd

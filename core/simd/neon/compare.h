@@ -59,4 +59,12 @@ inline bool any_true(const vec<T, K>& m) {
   return vmaxvq_u32(vreinterpretq_u32_u8(neon::bytes(m))) != 0;
 }
 
+// ---- lane_bits
+template <class T, int K>
+inline uint32_t lane_bits(const vec<T, K>& m) {
+  static_assert(sizeof(T) == 4, "masks of 32-bit lanes");
+  static const uint32_t kLaneBit[4] = {1, 2, 4, 8};
+  return vaddvq_u32(vandq_u32(vreinterpretq_u32_u8(neon::bytes(m)), vld1q_u32(kLaneBit)));
+}
+
 }  // namespace zivks::simd

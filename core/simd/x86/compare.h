@@ -58,4 +58,14 @@ inline bool any_true(const vec<T, K>& m) {
   return x86::ops<K>::any(x86::bits(m));
 }
 
+// ---- lane_bits
+template <class T, int K>
+inline uint32_t lane_bits(const vec<T, K>& m) {
+  static_assert(sizeof(T) == 4, "masks of 32-bit lanes");
+  const auto x = x86::bits(m);
+  if constexpr (K == 1) return static_cast<uint32_t>(_mm_movemask_ps(_mm_castsi128_ps(x)));
+  else if constexpr (K == 2) return static_cast<uint32_t>(_mm256_movemask_ps(_mm256_castsi256_ps(x)));
+  else return static_cast<uint32_t>(_mm512_movepi32_mask(x));
+}
+
 }  // namespace zivks::simd
