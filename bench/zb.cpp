@@ -8,7 +8,8 @@
 // rounds (default 3) of at least S seconds (default 0.01; memory sizes 2.5 S), the
 // function, its baseline, its generic build and its peer taking turns, and the table
 // keeps the fastest round of each. --markdown prints the table for a document, --verbose
-// Google Benchmark's own lines as well.
+// Google Benchmark's own lines as well. Families of a shape of their own (zb::Suite, e.g.
+// sorting) take the same filter and options and print their own table below this one.
 #include "bench/zb.h"
 
 #include <dlfcn.h>
@@ -45,6 +46,20 @@ struct Peer {
 std::vector<Peer>& peers() {
   static std::vector<Peer> v;
   return v;
+}
+
+std::vector<Suite>& suites() {
+  static std::vector<Suite> v;
+  return v;
+}
+// The suites with runs in this invocation, and the options they were given.
+std::vector<const Suite*>& active_suites() {
+  static std::vector<const Suite*> v;
+  return v;
+}
+SuiteOptions& suite_options() {
+  static SuiteOptions o;
+  return o;
 }
 
 // ---- the arrays ---------------------------------------------------------------------
@@ -191,7 +206,13 @@ class TableReporter : public benchmark::BenchmarkReporter {
     for (const Run& r : runs) {
       if (r.error_occurred || r.run_type != Run::RT_Iteration || r.iterations == 0) continue;
       const auto it = slots().find(r.run_name.function_name);
-      if (it == slots().end()) continue;
+      if (it == slots().end()) {
+        const std::string& name = r.run_name.function_name;
+        for (const Suite* s : active_suites())
+          if (name.compare(0, s->family.size() + 1, s->family + "/") == 0)
+            s->record(name, r.cpu_accumulated_time / static_cast<double>(r.iterations));
+        continue;
+      }
       const Slot& s = it->second;
       // The fastest round, in processor time of this thread: the machine may be busy
       // with other work, and time spent waiting for the processor is not ours.
@@ -206,6 +227,8 @@ class TableReporter : public benchmark::BenchmarkReporter {
   void Finalize() override;
 
  private:
+  void print_cases();
+
   bool verbose_, markdown_;
   benchmark::ConsoleReporter console_;
 };
@@ -218,6 +241,17 @@ void TableReporter::Finalize() {
   printf("%slibrary: %s backend%s, built %s\n", lead, ZB_BACKEND,
          strcmp(ZB_BACKEND, "x86") == 0 ? (std::string(", level ") + ZB_X86_LEVEL).c_str() : "",
          ZB_BUILD_TYPE);
+  if (!cases().empty()) print_cases();
+  // The suites' tables follow, each with its own notes and count of targets missed.
+  for (const Suite* s : active_suites()) {
+    printf("\n");
+    s->print(suite_options());
+  }
+}
+
+// The table of the element-wise cases.
+void TableReporter::print_cases() {
+  const char* lead = markdown_ ? "- " : "";
   printf("%sgeneric: %s\n", lead,
          twin() ? "the generic-backend build of the same sources, -O3"
                 : "none (this build is the generic backend)");
@@ -279,6 +313,11 @@ int add_case(Case c) {
   return static_cast<int>(cases().size());
 }
 
+int add_suite(Suite s) {
+  suites().push_back(std::move(s));
+  return static_cast<int>(suites().size());
+}
+
 int add_peer(const std::string& label, const std::string& peer_name,
              std::function<void(const Arrays&, int32_t n)> call) {
   peers().push_back({label, peer_name, std::move(call)});
@@ -319,10 +358,18 @@ int main(int argc, char** argv) {
   const std::regex re(filter);
   for (Case& c : all)
     if (filter.empty() || std::regex_search(c.family + "/" + c.label, re)) cases().push_back(c);
+  SuiteOptions& so = suite_options();
+  so.selected = [&re, &filter](const std::string& name) {
+    return filter.empty() || std::regex_search(name, re);
+  };
+  so.rounds = rounds;
+  so.min_time = min_time;
+  so.markdown = markdown;
   if (list) {
     for (const Case& c : cases())
       printf("%s/%s%s%s\n", c.family.c_str(), c.label.c_str(), c.peer_name.empty() ? "" : "  peer ",
              c.peer_name.c_str());
+    for (const Suite& s : suites()) s.list(so);
     return 0;
   }
   if (!pool().ok) {
@@ -364,7 +411,12 @@ int main(int argc, char** argv) {
       }
     }
   }
-  fprintf(stderr, "%zu functions, %zu runs ", cases().size(), slots().size());
+  size_t suite_runs = 0;
+  for (const Suite& s : suites()) {
+    const size_t added = s.add(so);
+    if (added > 0) active_suites().push_back(&s), suite_runs += added;
+  }
+  fprintf(stderr, "%zu functions, %zu runs ", cases().size(), slots().size() + suite_runs);
   TableReporter reporter(verbose, markdown);
   benchmark::RunSpecifiedBenchmarks(&reporter);
   benchmark::Shutdown();

@@ -90,6 +90,35 @@ int add_func(const char* family, const char* label, const char* symbol, Fn nativ
   return add_case(std::move(c));
 }
 
+// ---- Families of a shape of their own
+//
+// A family whose calls do not fit the shape above (a sort overwrites its input, so each
+// call must start from a fresh copy; it has several peers and sizes and inputs of its
+// own) registers a Suite instead. The harness hands it the filter and the options; the
+// suite registers its own Google Benchmark runs, under names that start with
+// "<family>/"; the harness passes every finished run back to it and, at the end, lets it
+// print its own table below the shared one.
+struct SuiteOptions {
+  std::function<bool(const std::string&)> selected;  // the filter, on "family/Label..."
+  int rounds;                                        // --rounds
+  double min_time;                                   // --min-time, seconds a run
+  bool markdown;                                     // --markdown
+};
+
+struct Suite {
+  std::string family;
+  // --list: prints the selected cases, one a line.
+  std::function<void(const SuiteOptions&)> list;
+  // Registers the runs of the selected cases; returns how many.
+  std::function<size_t(const SuiteOptions&)> add;
+  // One finished run (its full name) and its processor time per iteration.
+  std::function<void(const std::string& run, double seconds)> record;
+  // Prints the table; returns the number of targets missed.
+  std::function<int(const SuiteOptions&)> print;
+};
+
+int add_suite(Suite s);
+
 // Strips the library prefix for the table.
 inline const char* short_name(const char* symbol) {
   return symbol[0] == 'Z' && symbol[5] == '_' ? symbol + 6 : symbol;

@@ -38,25 +38,10 @@ int32_t settle(int32_t len, int32_t k, int32_t method) {
 constexpr double kPrefilterRatio = 1.4;
 
 // ---- Key types
-// 32s ranks its keys as unsigned numbers with the sign bit flipped; 32f ranks raw bits
-// by sign and exponent first (512 buckets of 9 bits) and sets non-finite keys aside.
 constexpr uint32_t kSignBit = 0x80000000u;
 constexpr uint32_t kExponent = 0x7F800000u;
 constexpr uint32_t kPlusInf = 0x7F800000u;
 constexpr uint32_t kMinusInf = 0xFF800000u;
-
-template <class T>
-struct Key;
-template <>
-struct Key<int32_t> {
-  static constexpr uint32_t kPreset = 0x80000000u;  // the least int32
-  static constexpr int32_t kBuckets = 256;
-};
-template <>
-struct Key<float> {
-  static constexpr uint32_t kPreset = 0xFF7FFFFFu;  // the most negative finite float
-  static constexpr int32_t kBuckets = 512;
-};
 
 template <class To, class From>
 inline To bits_as(From x) {
@@ -65,6 +50,48 @@ inline To bits_as(From x) {
   memcpy(&t, &x, sizeof t);
   return t;
 }
+
+// How each key type presets the outputs and ranks its keys. A key is stored in the
+// regions as stored(bits); its bucket is the top bits of the stored key, and buckets
+// take rank 0, 1, ... from the largest keys down: bucket_at(rank). ordered(bits) is the key as an int32 that rises with the
+// key's rank falling, for the selection below.
+//
+// 32s: the sign bit flipped, so unsigned order is signed order; 256 buckets of the top
+// byte, 255 first. 32f: raw bits; 512 buckets of sign and exponent, 255 down to 0 (sign
+// clear, largest first), then 256 up to 511 (sign set, least magnitude first).
+struct Keys32s {
+  static constexpr bool kFloat = false;
+  static constexpr uint32_t kPreset = 0x80000000u;  // the least int32
+  static constexpr int32_t kBuckets = 256;
+  static constexpr int kBucketShift = 24;
+  static constexpr uint32_t kLastXor = kSignBit;  // the flip undone as the last pass stores
+  static uint32_t stored(uint32_t bits) { return bits ^ kSignBit; }
+  static int32_t bucket_of(uint32_t key) { return static_cast<int32_t>(key >> kBucketShift); }
+  static int32_t bucket_at(int32_t rank) { return kBuckets - 1 - rank; }
+  static int32_t ordered(int32_t bits) { return bits; }
+  template <class V>
+  static V ordered(const V& bits) { return bits; }
+};
+struct Keys32f {
+  static constexpr bool kFloat = true;
+  static constexpr uint32_t kPreset = 0xFF7FFFFFu;  // the most negative finite float, not -inf
+  static constexpr int32_t kBuckets = 512;
+  static constexpr int kBucketShift = 23;
+  static constexpr uint32_t kLastXor = 0;
+  static uint32_t stored(uint32_t bits) { return bits; }
+  static int32_t bucket_of(uint32_t key) { return static_cast<int32_t>(key >> kBucketShift); }
+  static int32_t bucket_at(int32_t rank) { return rank < 256 ? 255 - rank : rank; }
+  // A sign-set key keeps its sign and has its other bits inverted.
+  static int32_t ordered(int32_t bits) { return bits < 0 ? bits ^ 0x7FFFFFFF : bits; }
+  template <class V>
+  static V ordered(const V& bits) {
+    const V magnitude = simd::splat<V>(0x7FFFFFFF);
+    return simd::bit_xor(bits, simd::bit_and(simd::shr(bits, simd::shift_count<int32_t, V::kBlocks>(31)), magnitude));
+  }
+};
+
+template <class T>
+using KeysOf = std::conditional_t<std::is_same_v<T, float>, Keys32f, Keys32s>;
 
 // ---- Work buffer
 // Method 1: values and positions. Method 2: result values, working values, result
@@ -75,7 +102,7 @@ constexpr int64_t kBufferLimit = 0x7FFFFFF0;
 template <class T>
 int64_t buffer_bytes(int32_t len, int32_t method) {
   if (method == kQuickSelect) return int64_t{len} * 8;
-  return int64_t{len} * 16 + int64_t{Key<T>::kBuckets} * 4;
+  return int64_t{len} * 16 + int64_t{KeysOf<T>::kBuckets} * 4;
 }
 
 template <class T>
@@ -87,7 +114,7 @@ ZIVKStatus init(int32_t len, T* dst_val, int32_t* dst_idx, int32_t k, int32_t me
   const int64_t bytes = buffer_bytes<T>(len, settle(len, k, method));
   if (bytes >= kBufferLimit) return ZIVK_STS_BUFFER_SIZE_ERR;
   if (const ZIVKStatus st = handles::allocate(handles::round_up(static_cast<int32_t>(bytes), 16), policy)) return st;
-  const T preset = bits_as<T>(Key<T>::kPreset);
+  const T preset = bits_as<T>(KeysOf<T>::kPreset);
   for (int32_t j = 0; j < k; ++j) {
     dst_val[j] = preset;
     dst_idx[j] = -1;
@@ -200,43 +227,6 @@ struct RadixRegions {
     result = {b, reinterpret_cast<int32_t*>(b + 2 * int64_t{len})};
     work = {b + len, reinterpret_cast<int32_t*>(b + 3 * int64_t{len})};
     counters = reinterpret_cast<int32_t*>(b + 4 * int64_t{len});
-  }
-};
-
-// How each key type ranks. A key is stored in the regions as stored(bits); its bucket
-// is the top bits of the stored key, and buckets take rank 0, 1, ... from the largest
-// keys down: bucket_at(rank). ordered(bits) is the key as an int32 that rises with the
-// key's rank falling, for the selection below.
-//
-// 32s: the sign bit flipped, so unsigned order is signed order; 256 buckets of the top
-// byte, 255 first. 32f: raw bits; 512 buckets of sign and exponent, 255 down to 0 (sign
-// clear, largest first), then 256 up to 511 (sign set, least magnitude first).
-struct Radix32s {
-  static constexpr bool kFloat = false;
-  static constexpr int32_t kBuckets = 256;
-  static constexpr int kBucketShift = 24;
-  static constexpr uint32_t kLastXor = kSignBit;  // the flip undone as the last pass stores
-  static uint32_t stored(uint32_t bits) { return bits ^ kSignBit; }
-  static int32_t bucket_of(uint32_t key) { return static_cast<int32_t>(key >> kBucketShift); }
-  static int32_t bucket_at(int32_t rank) { return kBuckets - 1 - rank; }
-  static int32_t ordered(int32_t bits) { return bits; }
-  template <class V>
-  static V ordered(const V& bits) { return bits; }
-};
-struct Radix32f {
-  static constexpr bool kFloat = true;
-  static constexpr int32_t kBuckets = 512;
-  static constexpr int kBucketShift = 23;
-  static constexpr uint32_t kLastXor = 0;
-  static uint32_t stored(uint32_t bits) { return bits; }
-  static int32_t bucket_of(uint32_t key) { return static_cast<int32_t>(key >> kBucketShift); }
-  static int32_t bucket_at(int32_t rank) { return rank < 256 ? 255 - rank : rank; }
-  // A sign-set key keeps its sign and has its other bits inverted.
-  static int32_t ordered(int32_t bits) { return bits < 0 ? bits ^ 0x7FFFFFFF : bits; }
-  template <class V>
-  static V ordered(const V& bits) {
-    const V magnitude = simd::splat<V>(0x7FFFFFFF);
-    return simd::bit_xor(bits, simd::bit_and(simd::shr(bits, simd::shift_count<int32_t, V::kBlocks>(31)), magnitude));
   }
 };
 
@@ -441,7 +431,7 @@ void digit_passes(const RadixRegions& r, int32_t first, int32_t n, Order order, 
 // sorts the kept entries by falling digits. 32f always prefilters; its sign-clear
 // entries (the first p) then sort by falling bits and the sign-set ones by rising bits,
 // which ranks +0.0 above -0.0.
-template <class T, class Tr>
+template <class T, class Tr = KeysOf<T>>
 void radix(const uint8_t* src, int32_t stride, int32_t len, T* dst_val, int32_t* dst_idx, int32_t k, int32_t offset,
            uint8_t* policy) {
   const RadixRegions r(policy, len);
@@ -498,10 +488,10 @@ ZIVKS_EXPORT ZIVKStatus ZIVKS_TopKInit_32f(int32_t len, float* dstVal, int32_t* 
 }
 ZIVKS_EXPORT ZIVKStatus ZIVKS_TopK_32s(const int32_t* src, int32_t offset, int32_t srcStride, int32_t len,
                                        int32_t* dstVal, int32_t* dstIdx, int32_t k, int32_t method, uint8_t* policy) {
-  return top_k(src, offset, srcStride, len, dstVal, dstIdx, k, method, policy, radix<int32_t, Radix32s>);
+  return top_k(src, offset, srcStride, len, dstVal, dstIdx, k, method, policy, radix<int32_t>);
 }
 ZIVKS_EXPORT ZIVKStatus ZIVKS_TopK_32f(const float* src, int32_t offset, int32_t srcStride, int32_t len,
                                        float* dstVal, int32_t* dstIdx, int32_t k, int32_t method, uint8_t* policy) {
-  return top_k(src, offset, srcStride, len, dstVal, dstIdx, k, method, policy, radix<float, Radix32f>);
+  return top_k(src, offset, srcStride, len, dstVal, dstIdx, k, method, policy, radix<float>);
 }
 ZIVKS_EXPORT ZIVKStatus ZIVKS_TopKRelease(uint8_t* policy) { return handles::release(policy); }

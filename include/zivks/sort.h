@@ -142,11 +142,11 @@ ZIVKS_API ZIVKStatus ZIVKS_SortRadixRelease(uint8_t* policy);
  *   block in bit order, that is -0.0 first and the negative numbers by rising
  *   magnitude (Descend: reversed, at the end). The radix index sorts order -0.0 as
  *   a value.
- * Note: when every element of a float array is negative, the sort also reads the
- *   element just after the array (Descend: just before it), and if that word is a
- *   NaN with the sign set it reverses on into it as though it belonged to the
- *   array. Keep that word readable, and not such a NaN, when an array may be all
- *   negative. */
+ * Note: when every element of a float array is a negative number or a NaN with the
+ *   sign set, the sort also reads the element just after the array (Descend: just
+ *   before it), and if that word is a NaN with the sign set it reverses on into it as
+ *   though it belonged to the array. Keep that word readable, and not such a NaN,
+ *   when an array may hold nothing else. */
 ZIVKS_API ZIVKStatus ZIVKS_SortRadixAscend_8u_I(uint8_t* srcDst, int32_t len, uint8_t* policy);
 ZIVKS_API ZIVKStatus ZIVKS_SortRadixAscend_16u_I(uint16_t* srcDst, int32_t len, uint8_t* policy);
 ZIVKS_API ZIVKStatus ZIVKS_SortRadixAscend_16s_I(int16_t* srcDst, int32_t len, uint8_t* policy);

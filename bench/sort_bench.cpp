@@ -1,0 +1,697 @@
+// Sorting and selection: the radix sorts of 32- and 64-bit keys, the radix index sorts,
+// the counting path of SortAscend_16s_I, the qsort-based SortAscend_32s_I and TopK,
+// against std::sort, std::stable_sort, qsort, Boost's spreadsort and pdqsort, Highway's
+// vqsort, std::partial_sort and std::nth_element.
+//
+// A sort overwrites its input, so this family has a shape of its own (a zb::Suite):
+// - Each row is one function on one input (random keys at 1Ki, 64Ki, 1Mi and 16Mi; sorted,
+//   reversed and 16-distinct keys at 1Mi) with its own variants: the copy alone, ours,
+//   and each peer.
+// - An in-place sort (ours or a peer) copies the unsorted input into its working array at
+//   the start of every timed call. The copy alone is timed in the same rounds, and the
+//   table's keys/s and ratios use copy+sort minus copy; the `copy` column shows what the
+//   copy was of our copy+sort time, so the subtraction can be judged.
+// - Index sorts and top-k leave their keys unwritten and take no copy. Their peers build
+//   the (key, position) pairs inside the timed call and write the positions (and values)
+//   out: the whole job that ours does.
+// - Work buffers made once by an Init (ours) or a constructor (vqsort's Sorter) are made
+//   outside the timed calls and touched first, as an application would keep them.
+//   std::stable_sort takes its buffer from the heap on every call, as it does for anyone.
+// - After its runs every variant's output is checked (sorted and the same keys; a stable
+//   permutation; the right k values and positions); a wrong one is flagged in the table.
+#include <dlfcn.h>
+#include <gnu/libc-version.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+
+#include <benchmark/benchmark.h>
+#include <boost/sort/pdqsort/pdqsort.hpp>
+#include <boost/sort/spreadsort/spreadsort.hpp>
+#include <boost/version.hpp>
+#include <hwy/contrib/sort/vqsort.h>
+#include <hwy/highway.h>
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include "bench/zb.h"
+#include "zivks.h"
+
+namespace {
+
+constexpr int32_t kKi = 1024;
+constexpr int32_t kMi = 1024 * 1024;
+constexpr int32_t kTopK = 100;
+
+// ---- Buffers and inputs ------------------------------------------------------------
+
+// 64-byte aligned, with a cache line of zeros after the last byte asked for (a float
+// radix sort may read the word after its array), and touched once so that no timed call
+// pays for the first use of a page.
+class Buffer {
+ public:
+  explicit Buffer(size_t bytes) {
+    const size_t b = (bytes + 64 + 63) & ~size_t{63};
+    p_ = aligned_alloc(64, b);
+    if (p_ == nullptr) {
+      fprintf(stderr, "sort bench: cannot allocate %zu bytes\n", b);
+      exit(1);
+    }
+    memset(p_, 0, b);
+  }
+  ~Buffer() { free(p_); }
+  Buffer(const Buffer&) = delete;
+  Buffer& operator=(const Buffer&) = delete;
+  template <class T>
+  T* as() const { return static_cast<T*>(p_); }
+
+ private:
+  void* p_;
+};
+
+enum class Input { random, sorted, reversed, few };
+const char* input_name(Input i) {
+  switch (i) {
+    case Input::random: return "random";
+    case Input::sorted: return "sorted";
+    case Input::reversed: return "reversed";
+    default: return "few16";
+  }
+}
+
+std::string size_name(int32_t n) {
+  if (n % kMi == 0) return std::to_string(n / kMi) + "Mi";
+  if (n % kKi == 0) return std::to_string(n / kKi) + "Ki";
+  return std::to_string(n);
+}
+
+struct Rng {
+  uint64_t x;
+  uint64_t next() {
+    x ^= x << 13, x ^= x >> 7, x ^= x << 17;
+    return x * 0x2545F4914F6CDD1Dull;
+  }
+};
+
+// Random keys: every bit pattern for the integers; for the floats both signs and
+// magnitudes over 2^-20 .. 2^21 (float) or 2^-40 .. 2^41 (double), all finite and
+// normal, no zero.
+template <class T>
+T random_key(Rng& r) {
+  const uint64_t b = r.next();
+  if constexpr (std::is_same_v<T, float>) {
+    const uint32_t exp = 127 - 20 + static_cast<uint32_t>((b >> 32) % 41);
+    const uint32_t bits = (static_cast<uint32_t>(b >> 63) << 31) | (exp << 23) |
+                          static_cast<uint32_t>(b & 0x7FFFFF);
+    float f;
+    memcpy(&f, &bits, 4);
+    return f;
+  } else if constexpr (std::is_same_v<T, double>) {
+    const uint64_t b2 = r.next();
+    const uint64_t exp = 1023 - 40 + (b2 >> 32) % 81;
+    const uint64_t bits = (b & (uint64_t{1} << 63)) | (exp << 52) | (b & ((uint64_t{1} << 52) - 1));
+    double d;
+    memcpy(&d, &bits, 8);
+    return d;
+  } else {
+    return static_cast<T>(b >> (64 - 8 * sizeof(T)));
+  }
+}
+
+template <class T>
+void fill(T* p, int32_t n, Input input, uint64_t seed) {
+  Rng r{seed * 0x9E3779B97F4A7C15ull + 0x1234567};
+  if (input == Input::few) {
+    T values[16];
+    for (T& v : values) v = random_key<T>(r);
+    for (int32_t i = 0; i < n; ++i) p[i] = values[r.next() >> 60];
+    return;
+  }
+  for (int32_t i = 0; i < n; ++i) p[i] = random_key<T>(r);
+  if (input == Input::sorted) std::sort(p, p + n);
+  if (input == Input::reversed) std::sort(p, p + n, [](T a, T b) { return b < a; });
+}
+
+// A hash of a multiset of keys: the same keys in any order give the same sum.
+template <class T>
+uint64_t multiset_hash(const T* p, int32_t n) {
+  uint64_t sum = 0;
+  for (int32_t i = 0; i < n; ++i) {
+    uint64_t x = 0;
+    memcpy(&x, &p[i], sizeof(T));
+    x ^= x >> 33, x *= 0xFF51AFD7ED558CCDull, x ^= x >> 33, x *= 0xC4CEB9FE1A85EC53ull, x ^= x >> 33;
+    sum += x;
+  }
+  return sum;
+}
+
+template <class K>
+struct Pair {
+  K key;
+  int32_t pos;
+};
+
+const hwy::Sorter& vqsort() {
+  static const hwy::Sorter s;
+  return s;
+}
+
+// ---- Rows ---------------------------------------------------------------------------
+
+// What one row measures on: the input keys, the working array an in-place sort sorts,
+// and whatever else the row's variants need.
+struct Bed {
+  int32_t n = 0;
+  size_t key_bytes = 0;
+  std::unique_ptr<Buffer> in, work;
+  uint64_t in_hash = 0;
+  std::unique_ptr<Buffer> idx, vals, pairs, ref_vals, ref_idx;
+  uint8_t* policy = nullptr;
+  ZIVKStatus (*release)(uint8_t*) = nullptr;
+
+  ~Bed() {
+    if (policy != nullptr) release(policy);
+  }
+  // The start of every timed call of an in-place sort.
+  void restore() const { memcpy(work->as<void>(), in->as<void>(), key_bytes * static_cast<size_t>(n)); }
+  template <class T>
+  T* w() const { return work->as<T>(); }
+  template <class T>
+  const T* keys() const { return in->as<T>(); }
+  // The policy has no header: touching all of it is as harmless as the sorts' own use.
+  void touch_policy(size_t bytes) const { memset(policy, 0, bytes); }
+};
+
+struct Variant {
+  std::string name;                   // "copy", "ours" or the peer's name
+  std::function<void(Bed&)> call;     // one timed call, its copy included
+  std::function<bool(const Bed&)> check;  // is the output right (null: not checked)
+  double target = 0;                  // least ratio of the peer's time to ours; 0: none
+  double seconds = NAN;               // the fastest round, per call
+  bool wrong = false;
+};
+
+struct Row {
+  std::string label;  // the exported name without the prefix (and the method of TopK)
+  Input input;
+  int32_t n;
+  std::function<std::unique_ptr<Bed>()> make;
+  std::vector<Variant> v;  // v[0] the copy (no call: none), v[1] ours, then the peers
+};
+
+std::vector<Row>& rows() {
+  static std::vector<Row> r;
+  return r;
+}
+
+// The bed of the row that runs now; a row's runs come one after another.
+std::unique_ptr<Bed>& current_bed() {
+  static std::unique_ptr<Bed> b;
+  return b;
+}
+size_t current_row = SIZE_MAX;
+
+Bed& bed_for(size_t ri) {
+  if (current_row != ri) {
+    current_bed().reset();
+    current_bed() = rows()[ri].make();
+    current_row = ri;
+  }
+  return *current_bed();
+}
+
+template <class T>
+std::unique_ptr<Bed> keys_bed(int32_t n, Input input, bool in_place) {
+  auto b = std::make_unique<Bed>();
+  b->n = n;
+  b->key_bytes = sizeof(T);
+  b->in = std::make_unique<Buffer>(sizeof(T) * static_cast<size_t>(n));
+  fill(b->in->as<T>(), n, input, static_cast<uint64_t>(n) * 8 + static_cast<uint64_t>(input) + sizeof(T));
+  if (in_place) {
+    b->work = std::make_unique<Buffer>(sizeof(T) * static_cast<size_t>(n));
+    b->in_hash = multiset_hash(b->keys<T>(), n);
+  }
+  return b;
+}
+
+void need(ZIVKStatus s, const char* what) {
+  if (s != ZIVK_STS_NO_ERR) {
+    fprintf(stderr, "sort bench: %s returned %d\n", what, static_cast<int>(s));
+    exit(1);
+  }
+}
+
+// ---- Checks ---------------------------------------------------------------------------
+
+template <class T>
+bool sorted_same_keys(const Bed& b) {
+  const T* w = b.w<T>();
+  return std::is_sorted(w, w + b.n) && multiset_hash(w, b.n) == b.in_hash;
+}
+
+// idx is a permutation that puts the keys in rising order, ties lowest position first.
+template <class T>
+bool stable_permutation(const Bed& b) {
+  const T* k = b.keys<T>();
+  const int32_t* idx = b.idx->as<int32_t>();
+  std::vector<bool> seen(static_cast<size_t>(b.n));
+  for (int32_t p = 0; p < b.n; ++p) {
+    const int32_t i = idx[p];
+    if (i < 0 || i >= b.n || seen[i]) return false;
+    seen[i] = true;
+    if (p > 0) {
+      const int32_t j = idx[p - 1];
+      if (k[i] < k[j] || (!(k[j] < k[i]) && i < j)) return false;
+    }
+  }
+  return true;
+}
+
+// The k largest, largest first, ties lowest position first; with `any_tie_order` the
+// positions need only hold the values written (the order of equal keys is free).
+template <class T>
+bool top_k_right(const Bed& b, bool any_tie_order) {
+  const T* v = b.vals->as<T>();
+  const int32_t* idx = b.idx->as<int32_t>();
+  const T* rv = b.ref_vals->as<T>();
+  const int32_t* ri = b.ref_idx->as<int32_t>();
+  for (int32_t j = 0; j < kTopK; ++j) {
+    if (!(v[j] == rv[j])) return false;
+    if (any_tie_order ? (idx[j] < 0 || idx[j] >= b.n || !(b.keys<T>()[idx[j]] == v[j])) : idx[j] != ri[j])
+      return false;
+  }
+  return true;
+}
+
+// ---- Peers ----------------------------------------------------------------------------
+
+Variant copy_variant() {
+  return {"copy", [](Bed& b) { b.restore(); }, nullptr, 0};
+}
+
+template <class T>
+Variant std_sort_peer(double target) {
+  return {"std::sort",
+          [](Bed& b) {
+            b.restore();
+            std::sort(b.w<T>(), b.w<T>() + b.n);
+          },
+          sorted_same_keys<T>, target};
+}
+
+template <class T>
+std::vector<Variant> sort_peers(double std_target, double spread_target) {
+  std::vector<Variant> v;
+  v.push_back(std_sort_peer<T>(std_target));
+  v.push_back({"spreadsort",
+               [](Bed& b) {
+                 b.restore();
+                 boost::sort::spreadsort::spreadsort(b.w<T>(), b.w<T>() + b.n);
+               },
+               sorted_same_keys<T>, spread_target});
+  v.push_back({"pdqsort",
+               [](Bed& b) {
+                 b.restore();
+                 boost::sort::pdqsort(b.w<T>(), b.w<T>() + b.n);
+               },
+               sorted_same_keys<T>, 0});
+  v.push_back({"vqsort",
+               [](Bed& b) {
+                 b.restore();
+                 vqsort()(b.w<T>(), static_cast<size_t>(b.n), hwy::SortAscending());
+               },
+               sorted_same_keys<T>, 0});
+  return v;
+}
+
+template <class T>
+int qsort_compare(const void* a, const void* b) {
+  const T x = *static_cast<const T*>(a), y = *static_cast<const T*>(b);
+  return (y < x) - (x < y);
+}
+
+// ---- The rows ---------------------------------------------------------------------------
+
+// Random keys at four sizes, and the three orders at 1Mi.
+struct Shape {
+  Input input;
+  int32_t n;
+};
+const Shape kShapes[] = {{Input::random, kKi},      {Input::random, 64 * kKi},
+                         {Input::random, kMi},      {Input::random, 16 * kMi},
+                         {Input::sorted, kMi},      {Input::reversed, kMi},
+                         {Input::few, kMi}};
+
+bool at_target_point(const Shape& s) { return s.input == Input::random && s.n == kMi; }
+
+template <class T>
+using RadixFn = ZIVKStatus (*)(T*, int32_t, uint8_t*);
+
+template <class T>
+void radix_rows(const char* label, RadixFn<T> fn, ZIVKDataType type) {
+  for (const Shape& s : kShapes) {
+    // At random 1Mi: 32-bit keys at least 3x std::sort and level with spreadsort,
+    // 64-bit keys at least 2x std::sort.
+    const bool t = at_target_point(s);
+    const double std_target = t ? (sizeof(T) == 4 ? 3.0 : 2.0) : 0;
+    const double spread_target = t && sizeof(T) == 4 ? 1.0 : 0;
+    Row r{label, s.input, s.n, nullptr, {}};
+    r.make = [s, type] {
+      std::unique_ptr<Bed> b = keys_bed<T>(s.n, s.input, true);
+      need(ZIVKS_SortRadixInit(s.n, type, &b->policy), "ZIVKS_SortRadixInit");
+      b->release = ZIVKS_SortRadixRelease;
+      b->touch_policy(sizeof(T) * static_cast<size_t>(s.n));
+      return b;
+    };
+    r.v.push_back(copy_variant());
+    r.v.push_back({"ours",
+                   [fn](Bed& b) {
+                     b.restore();
+                     fn(b.w<T>(), b.n, b.policy);
+                   },
+                   sorted_same_keys<T>, 0});
+    for (Variant& p : sort_peers<T>(std_target, spread_target)) r.v.push_back(std::move(p));
+    rows().push_back(std::move(r));
+  }
+}
+
+template <class T>
+using RadixIndexFn = ZIVKStatus (*)(const T*, int32_t, int32_t*, int32_t, uint8_t*);
+
+template <class T>
+void radix_index_rows(const char* label, RadixIndexFn<T> fn, ZIVKDataType type) {
+  for (const Shape& s : kShapes) {
+    Row r{label, s.input, s.n, nullptr, {}};
+    r.make = [s, type] {
+      std::unique_ptr<Bed> b = keys_bed<T>(s.n, s.input, false);
+      b->idx = std::make_unique<Buffer>(4 * static_cast<size_t>(s.n));
+      b->pairs = std::make_unique<Buffer>(sizeof(Pair<T>) * static_cast<size_t>(s.n));
+      need(ZIVKS_SortRadixIndexInit(s.n, type, &b->policy), "ZIVKS_SortRadixIndexInit");
+      b->release = ZIVKS_SortRadixIndexRelease;
+      b->touch_policy(3 * sizeof(T) * static_cast<size_t>(s.n));
+      return b;
+    };
+    r.v.push_back({"copy", nullptr, nullptr, 0});
+    r.v.push_back({"ours",
+                   [fn](Bed& b) {
+                     fn(b.keys<T>(), static_cast<int32_t>(sizeof(T)), b.idx->as<int32_t>(), b.n, b.policy);
+                   },
+                   stable_permutation<T>, 0});
+    // At random 1Mi at least twice the stable sort of the pairs.
+    r.v.push_back({"std::stable_sort pairs",
+                   [](Bed& b) {
+                     const T* k = b.keys<T>();
+                     Pair<T>* p = b.pairs->as<Pair<T>>();
+                     for (int32_t i = 0; i < b.n; ++i) p[i] = {k[i], i};
+                     std::stable_sort(p, p + b.n, [](const Pair<T>& x, const Pair<T>& y) { return x.key < y.key; });
+                     int32_t* idx = b.idx->as<int32_t>();
+                     for (int32_t i = 0; i < b.n; ++i) idx[i] = p[i].pos;
+                   },
+                   stable_permutation<T>, at_target_point(s) ? 2.0 : 0});
+    rows().push_back(std::move(r));
+  }
+}
+
+template <class T>
+using SortFn = ZIVKStatus (*)(T*, int32_t);
+
+// 16s at 64Ki and 1Mi (its counting path): at least 5x std::sort. 32s (qsort inside)
+// for information only.
+template <class T>
+void comparison_rows(const char* label, SortFn<T> fn, double std_target, bool with_qsort) {
+  for (int32_t n : {64 * kKi, kMi}) {
+    Row r{label, Input::random, n, nullptr, {}};
+    r.make = [n] { return keys_bed<T>(n, Input::random, true); };
+    r.v.push_back(copy_variant());
+    r.v.push_back({"ours",
+                   [fn](Bed& b) {
+                     b.restore();
+                     fn(b.w<T>(), b.n);
+                   },
+                   sorted_same_keys<T>, 0});
+    r.v.push_back(std_sort_peer<T>(std_target));
+    if (with_qsort)
+      r.v.push_back({"qsort",
+                     [](Bed& b) {
+                       b.restore();
+                       qsort(b.w<T>(), static_cast<size_t>(b.n), sizeof(T), qsort_compare<T>);
+                     },
+                     sorted_same_keys<T>, 0});
+    rows().push_back(std::move(r));
+  }
+}
+
+template <class T>
+using TopKInitFn = ZIVKStatus (*)(int32_t, T*, int32_t*, int32_t, int32_t, uint8_t**);
+template <class T>
+using TopKFn = ZIVKStatus (*)(const T*, int32_t, int32_t, int32_t, T*, int32_t*, int32_t, int32_t, uint8_t*);
+
+// Largest first, ties lowest position first.
+template <class T>
+bool before(const Pair<T>& x, const Pair<T>& y) {
+  return y.key < x.key || (!(x.key < y.key) && x.pos < y.pos);
+}
+
+template <class T>
+void write_head(Bed& b, const Pair<T>* p) {
+  T* v = b.vals->as<T>();
+  int32_t* idx = b.idx->as<int32_t>();
+  for (int32_t j = 0; j < kTopK; ++j) v[j] = p[j].key, idx[j] = p[j].pos;
+}
+
+template <class T>
+Pair<T>* make_pairs(Bed& b) {
+  const T* k = b.keys<T>();
+  Pair<T>* p = b.pairs->as<Pair<T>>();
+  for (int32_t i = 0; i < b.n; ++i) p[i] = {k[i], i};
+  return p;
+}
+
+// k = 100 of 1Mi random keys. Method 2 at least 5x std::partial_sort of the pairs;
+// method 1 for information.
+template <class T>
+void topk_rows(const char* label, TopKInitFn<T> init, TopKFn<T> fn) {
+  const int32_t n = kMi;
+  for (int32_t method : {2, 1}) {
+    Row r{std::string(label) + "/" + std::to_string(method), Input::random, n, nullptr, {}};
+    r.make = [n, init, method] {
+      std::unique_ptr<Bed> b = keys_bed<T>(n, Input::random, false);
+      b->vals = std::make_unique<Buffer>(sizeof(T) * kTopK);
+      b->idx = std::make_unique<Buffer>(4 * kTopK);
+      b->pairs = std::make_unique<Buffer>(sizeof(Pair<T>) * static_cast<size_t>(n));
+      need(init(n, b->vals->as<T>(), b->idx->as<int32_t>(), kTopK, method, &b->policy), "ZIVKS_TopKInit");
+      b->release = ZIVKS_TopKRelease;
+      const size_t histograms = std::is_same_v<T, float> ? 2048 : 1024;
+      b->touch_policy(method == 2 ? 16 * static_cast<size_t>(n) + histograms : 8 * static_cast<size_t>(n));
+      // The answer, for the checks.
+      Pair<T>* p = make_pairs<T>(*b);
+      std::partial_sort(p, p + kTopK, p + n, before<T>);
+      b->ref_vals = std::make_unique<Buffer>(sizeof(T) * kTopK);
+      b->ref_idx = std::make_unique<Buffer>(4 * kTopK);
+      for (int32_t j = 0; j < kTopK; ++j) b->ref_vals->as<T>()[j] = p[j].key, b->ref_idx->as<int32_t>()[j] = p[j].pos;
+      return b;
+    };
+    r.v.push_back({"copy", nullptr, nullptr, 0});
+    r.v.push_back({"ours",
+                   [fn, method](Bed& b) {
+                     fn(b.keys<T>(), 0, static_cast<int32_t>(sizeof(T)), b.n, b.vals->as<T>(), b.idx->as<int32_t>(),
+                        kTopK, method, b.policy);
+                   },
+                   [method](const Bed& b) { return top_k_right<T>(b, method == 1); }, 0});
+    r.v.push_back({"std::partial_sort pairs",
+                   [](Bed& b) {
+                     Pair<T>* p = make_pairs<T>(b);
+                     std::partial_sort(p, p + kTopK, p + b.n, before<T>);
+                     write_head(b, p);
+                   },
+                   [](const Bed& b) { return top_k_right<T>(b, false); }, method == 2 ? 5.0 : 0});
+    r.v.push_back({"nth_element+sort pairs",
+                   [](Bed& b) {
+                     Pair<T>* p = make_pairs<T>(b);
+                     std::nth_element(p, p + kTopK - 1, p + b.n, before<T>);
+                     std::sort(p, p + kTopK, before<T>);
+                     write_head(b, p);
+                   },
+                   [](const Bed& b) { return top_k_right<T>(b, false); }, 0});
+    rows().push_back(std::move(r));
+  }
+}
+
+void make_rows() {
+  radix_rows<uint32_t>("SortRadixAscend_32u_I", ZIVKS_SortRadixAscend_32u_I, ZIVK_DT_32U);
+  radix_rows<int32_t>("SortRadixAscend_32s_I", ZIVKS_SortRadixAscend_32s_I, ZIVK_DT_32S);
+  radix_rows<float>("SortRadixAscend_32f_I", ZIVKS_SortRadixAscend_32f_I, ZIVK_DT_32F);
+  radix_rows<uint64_t>("SortRadixAscend_64u_I", ZIVKS_SortRadixAscend_64u_I, ZIVK_DT_64U);
+  radix_rows<double>("SortRadixAscend_64f_I", ZIVKS_SortRadixAscend_64f_I, ZIVK_DT_64F);
+  radix_index_rows<uint32_t>("SortRadixIndexAscend_32u", ZIVKS_SortRadixIndexAscend_32u, ZIVK_DT_32U);
+  radix_index_rows<float>("SortRadixIndexAscend_32f", ZIVKS_SortRadixIndexAscend_32f, ZIVK_DT_32F);
+  comparison_rows<int16_t>("SortAscend_16s_I", ZIVKS_SortAscend_16s_I, 5.0, false);
+  comparison_rows<int32_t>("SortAscend_32s_I", ZIVKS_SortAscend_32s_I, 0, true);
+  topk_rows<int32_t>("TopK_32s", ZIVKS_TopKInit_32s, ZIVKS_TopK_32s);
+  topk_rows<float>("TopK_32f", ZIVKS_TopKInit_32f, ZIVKS_TopK_32f);
+}
+
+// ---- The suite ------------------------------------------------------------------------
+
+const char kFamily[] = "sort";
+
+std::string row_name(const Row& r) {
+  return std::string(kFamily) + "/" + r.label + "/" + input_name(r.input) + "/" + size_name(r.n);
+}
+
+bool selected(const zb::SuiteOptions& o, const Row& r) {
+  return o.selected(std::string(kFamily) + "/" + r.label) || o.selected(row_name(r));
+}
+
+struct Slot {
+  size_t row, variant;
+};
+std::map<std::string, Slot>& slots() {
+  static std::map<std::string, Slot> m;
+  return m;
+}
+
+void list(const zb::SuiteOptions& o) {
+  for (const Row& r : rows()) {
+    if (!selected(o, r)) continue;
+    std::string peers;
+    for (size_t vi = 2; vi < r.v.size(); ++vi) peers += (vi > 2 ? ", " : "") + r.v[vi].name;
+    printf("%s  peers %s\n", row_name(r).c_str(), peers.c_str());
+  }
+}
+
+size_t add(const zb::SuiteOptions& o) {
+  size_t runs = 0;
+  for (size_t ri = 0; ri < rows().size(); ++ri) {
+    const Row& r = rows()[ri];
+    if (!selected(o, r)) continue;
+    // A call at 16Mi takes longer than a run's least time: one round there keeps the
+    // whole family within a couple of minutes.
+    const int rounds = r.n >= 16 * kMi ? 1 : o.rounds;
+    for (int round = 0; round < rounds; ++round) {
+      for (size_t vi = 0; vi < r.v.size(); ++vi) {
+        if (!r.v[vi].call) continue;
+        const std::string name = row_name(r) + "/" + r.v[vi].name + "/" + std::to_string(round);
+        slots()[name] = Slot{ri, vi};
+        benchmark::RegisterBenchmark(name.c_str(), [ri, vi, round](benchmark::State& st) {
+          Bed& b = bed_for(ri);
+          Variant& v = rows()[ri].v[vi];
+          for (auto _ : st) {
+            v.call(b);
+            benchmark::ClobberMemory();
+          }
+          st.SetItemsProcessed(st.iterations() * b.n);
+          if (round == 0 && v.check && !v.check(b)) v.wrong = true;
+        })->MinTime(o.min_time);
+        ++runs;
+      }
+    }
+  }
+  return runs;
+}
+
+void record(const std::string& run, double seconds) {
+  const auto it = slots().find(run);
+  if (it == slots().end()) return;
+  double& best = rows()[it->second.row].v[it->second.variant].seconds;
+  if (!(best <= seconds)) best = seconds;
+}
+
+std::string rate(double per_second) {
+  const char* prefix[] = {"", "K", "M", "G", "T"};
+  int i = 0;
+  while (per_second >= 1000 && i < 4) per_second /= 1000, ++i;
+  char b[32];
+  snprintf(b, sizeof b, "%.2f %s", per_second, prefix[i]);
+  return b;
+}
+
+std::string fixed(double x, const char* format) {
+  if (!std::isfinite(x)) return "-";
+  char b[32];
+  snprintf(b, sizeof b, format, x);
+  return b;
+}
+
+// Highway's own list of the targets this processor supports, asked of the core library
+// that vqsort's library brings in (the bench links only the latter).
+std::string best_hwy_target() {
+  using Supported = int64_t (*)();
+  const auto f = reinterpret_cast<Supported>(dlsym(RTLD_DEFAULT, "_ZN3hwy16SupportedTargetsEv"));
+  const int64_t t = f != nullptr ? f() : 0;
+  return t == 0 ? "unknown" : hwy::TargetName(t & -t);
+}
+
+int print(const zb::SuiteOptions& o) {
+  current_bed().reset();
+  current_row = SIZE_MAX;
+  const char* lead = o.markdown ? "- " : "";
+  printf("%ssorting peers: std::sort, std::stable_sort, std::partial_sort and std::nth_element of"
+         " GCC %d.%d's libstdc++; qsort of glibc %s; spreadsort and pdqsort of Boost %d.%d;"
+         " vqsort of Highway %d.%d.%d (hwy::Sorter, dispatching at run time; best target here: %s)\n",
+         lead, __GNUC__, __GNUC_MINOR__, gnu_get_libc_version(), BOOST_VERSION / 100000, BOOST_VERSION / 100 % 1000, HWY_MAJOR, HWY_MINOR,
+         HWY_PATCH, best_hwy_target().c_str());
+  printf("%sin-place sorts: every timed call copies the unsorted input into the working array and"
+         " sorts it; keys/s and ratios use copy+sort minus the copy alone, timed in the same run;"
+         " copy is the copy's share of our copy+sort time\n", lead);
+  printf("%sindex sorts and top-k (k = %d) take no copy; their peers build the (key, position)"
+         " pairs and write the result out inside the timed call\n", lead, kTopK);
+  printf("%sa ratio is the peer's time over ours (above 1: this library is faster); 16Mi rows:"
+         " one round, the others the fastest of %d\n\n", lead, o.rounds);
+  const char* row = o.markdown ? "| %s | %s | %s | %s | %s | %s | %s | %s | %s |\n"
+                               : "%-26s %-8s %5s %10s %5s  %-24s %7s %7s  %s\n";
+  printf(row, "function", "input", "keys", "keys/s", "copy", "peer", "vs peer", "target", "notes");
+  if (o.markdown) printf("|---|---|--:|--:|--:|---|--:|--:|---|\n");
+  int misses = 0, wrong = 0;
+  for (const Row& r : rows()) {
+    if (!selected(o, r) || !(r.v[1].seconds > 0)) continue;
+    const double copy = r.v[0].call ? r.v[0].seconds : 0;
+    auto net = [copy](const Variant& v) {
+      const double t = v.seconds - copy;
+      return t > 0 ? t : NAN;
+    };
+    const double ours = net(r.v[1]);
+    const std::string copy_share = r.v[0].call ? fixed(100 * copy / r.v[1].seconds, "%.0f%%") : "-";
+    if (r.v[1].wrong) ++wrong;
+    for (size_t vi = 2; vi < r.v.size(); ++vi) {
+      const Variant& p = r.v[vi];
+      const double ratio = net(p) / ours;
+      std::string notes;
+      auto note = [&notes](const std::string& s) { notes += (notes.empty() ? "" : " ") + s; };
+      // As printed: a ratio that shows as the target meets it.
+      if (p.target > 0 && std::isfinite(ratio) && std::round(100 * ratio) < std::round(100 * p.target)) {
+        note("MISS");
+        ++misses;
+      }
+      if (r.v[1].wrong) note("WRONG ours");
+      if (p.wrong) note("WRONG peer"), ++wrong;
+      printf(row, r.label.c_str(), input_name(r.input), size_name(r.n).c_str(),
+             std::isfinite(ours) ? rate(r.n / ours).c_str() : "-", copy_share.c_str(), p.name.c_str(),
+             fixed(ratio, "%.2f").c_str(), p.target > 0 ? fixed(p.target, "%.2f").c_str() : "", notes.c_str());
+    }
+  }
+  printf("\n%ssort targets missed: %d", lead, misses);
+  if (wrong > 0) printf(", wrong results: %d", wrong);
+  printf("\n");
+  return misses;
+}
+
+const int registered = [] {
+  make_rows();
+  zb::Suite s;
+  s.family = kFamily;
+  s.list = list;
+  s.add = add;
+  s.record = record;
+  s.print = print;
+  return zb::add_suite(std::move(s));
+}();
+
+}  // namespace
