@@ -312,8 +312,10 @@ int32_t pick_leading(const uint8_t* src, int32_t stride, int32_t n, int32_t rank
   // ordered(bits) at or above this is a rank up to R.
   const int32_t least = static_cast<int32_t>(
       (static_cast<uint32_t>(Tr::kBuckets - 1 - rank) << Tr::kBucketShift) ^ kSignBit);
-  int32_t picked = 0, sign_clear = 0;
-  bool non_finite = false;
+  int32_t picked = 0, sign_set = 0;
+  // Finite keys have ordered values within [kLeastFinite, kMostFinite].
+  constexpr int32_t kMostFinite = 0x7F7FFFFF, kLeastFinite = static_cast<int32_t>(0x80800000u);
+  int32_t top = 0, low = 0;
   const auto take = [&](int32_t i, uint32_t bits) {
     r.result.key[picked] = Tr::stored(bits);
     r.result.pos[picked] = i;
@@ -324,17 +326,18 @@ int32_t pick_leading(const uint8_t* src, int32_t stride, int32_t n, int32_t rank
     const int32_t* keys = reinterpret_cast<const int32_t*>(src);
     auto run = [&](auto w) {
       using V = simd::vec<int32_t, decltype(w)::value>;
-      const V below = simd::splat<V>(least - 1), exponent = simd::splat<V>(static_cast<int32_t>(kExponent)),
-              minus_one = simd::splat<V>(-1);
-      V clear_count = simd::zeros<V>(), odd = simd::zeros<V>();
+      const V below = simd::splat<V>(least - 1);
+      const simd::shift_count<int32_t, V::kBlocks> sign(31);
+      V set_count = simd::zeros<V>(), top_v = simd::zeros<V>(), low_v = simd::zeros<V>();
       for (; i + V::kLanes <= n; i += V::kLanes) {
         const V bits = simd::load<V>(keys + i);
-        const V hit = simd::cmp_gt(Tr::ordered(bits), below);
+        const V t = Tr::ordered(bits);
         if constexpr (Tr::kFloat) {
-          clear_count = simd::sub_wrap(clear_count, simd::cmp_gt(bits, minus_one));
-          odd = simd::bit_or(odd, simd::cmp_eq(simd::bit_and(bits, exponent), exponent));
+          set_count = simd::sub_wrap(set_count, simd::shr(bits, sign));  // -1 where the sign is set
+          top_v = simd::max(top_v, t);
+          low_v = simd::min(low_v, t);
         }
-        if (uint32_t lanes = simd::lane_bits(hit)) {
+        if (uint32_t lanes = simd::lane_bits(simd::cmp_gt(t, below))) {
           const simd::lanes<V> b(bits);
           for (; lanes != 0; lanes &= lanes - 1) {
             const int l = __builtin_ctz(lanes);
@@ -343,9 +346,12 @@ int32_t pick_leading(const uint8_t* src, int32_t stride, int32_t n, int32_t rank
         }
       }
       if constexpr (Tr::kFloat) {
-        const simd::lanes<V> c(clear_count);
-        for (int l = 0; l < V::kLanes; ++l) sign_clear += c.v[l];
-        non_finite = non_finite || simd::any_true(odd);
+        const simd::lanes<V> c(set_count), hi(top_v), lo(low_v);
+        for (int l = 0; l < V::kLanes; ++l) {
+          sign_set += c.v[l];
+          top = std::max(top, hi.v[l]);
+          low = std::min(low, lo.v[l]);
+        }
       }
     };
     if constexpr (simd::kWide > 1) run(simd::width<simd::kWide>{});
@@ -354,13 +360,14 @@ int32_t pick_leading(const uint8_t* src, int32_t stride, int32_t n, int32_t rank
   for (; i < n; ++i) {
     uint32_t bits;
     memcpy(&bits, src + int64_t{i} * stride, sizeof bits);
-    if (Tr::ordered(static_cast<int32_t>(bits)) >= least) take(i, bits);
-    if constexpr (Tr::kFloat) {
-      sign_clear += (bits & kSignBit) == 0;
-      non_finite = non_finite || (bits & kExponent) == kExponent;
-    }
+    const int32_t t = Tr::ordered(static_cast<int32_t>(bits));
+    if (t >= least) take(i, bits);
+    sign_set += static_cast<int32_t>(bits >> 31);
+    top = std::max(top, t);
+    low = std::min(low, t);
   }
-  p = sign_clear;
+  p = n - sign_set;
+  const bool non_finite = Tr::kFloat && (top > kMostFinite || low < kLeastFinite);
   return non_finite ? -1 : picked;
 }
 
