@@ -1,8 +1,9 @@
 // The machinery the counting, radix and top-k sorts share: 8-bit digits, histograms
 // cleared through ZIVKS_Zero_32s, running sums that turn counts into end positions in
-// either direction, the stable backward scatter, the 128-bit copy back and the sign
-// bias. Each stage is written once here; the families say which keys, buckets and
-// destinations it works on.
+// either direction, the stable backward scatter, whole digit passes, the 128-bit copy
+// back, the sign bias, the counting sort of 8- and 16-bit keys with its runs, and the
+// Init of a radix work buffer. Each stage is written once here; the families say which
+// keys, buckets and destinations it works on.
 #pragma once
 
 #include <stdint.h>

@@ -65,7 +65,7 @@ ZIVKStatus counting(const T* src, int32_t stride, int32_t* idx, int32_t len, uin
   const uint8_t* s = reinterpret_cast<const uint8_t*>(src);
   int32_t* counts = reinterpret_cast<int32_t*>(policy);
   sort::clear(counts, Table::kSize);
-  if (sizeof(T) == 1 && stride == 1) {
+  if (sizeof(T) == 1 && stride == 1) {  // a plain byte array: the same counts
     sort::count(counts, Table::kSize, len, [s](int32_t i) { return Table::index(key_at<T>(s, i)); });
   } else {
     sort::count(counts, Table::kSize, len,
