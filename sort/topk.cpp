@@ -180,8 +180,8 @@ Gathered gather(const uint8_t* src, int32_t stride, int32_t len, const Entries<K
 // ---- Output
 // Writes min(k, len - c) entries. When the stride left len - n places unread, they count
 // as keys of value 0 with positions n, n + 1, ...: result entries go out while
-// not_below_zero(j) holds and the n - c entries that took part last, then the zero
-// places, then the rest of the result.
+// not_below_zero(j) holds and any of the n - c are left, then the zero places, then the
+// rest of the result.
 template <class T, class K, class NotBelowZero>
 void output(const Entries<K>& r, const Gathered& g, int32_t len, int32_t k, int32_t offset, T* dst_val,
             int32_t* dst_idx, NotBelowZero not_below_zero) {
