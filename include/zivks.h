@@ -15,6 +15,7 @@
  *   zivks/statistics.h  extremes and their positions, MaxEvery and MinEvery,
  *                       CountInRange, FindNearest, ReplaceNAN, ZeroCrossing
  *   zivks/sort.h        SortAscend/Descend, SortIndex, SortRadix, SortRadixIndex, TopK
+ *   zivks/columnar.h    row hashes, CombineHash, AggMax and AggMin of column batches
  *
  * Every header compiles as C99 and as C++ (the declarations are extern "C"). */
 #ifndef ZIVKS_H
@@ -28,5 +29,6 @@
 #include "zivks/convert.h"
 #include "zivks/statistics.h"
 #include "zivks/sort.h"
+#include "zivks/columnar.h"
 
 #endif /* ZIVKS_H */
