@@ -66,18 +66,38 @@ inline uint64_t stripes(const uint8_t* p, int64_t n) {
 // The state a row of fewer than 32 bytes starts from: the fifth prime plus the seed 0.
 inline constexpr uint64_t kShortStart = kPrime5;
 
-// ---- tail
-// Folds the last n bytes at p (n below 32) into h: 8-byte words, one 4-byte word, then
-// single bytes.
-inline uint64_t tail(uint64_t h, const uint8_t* p, int64_t n) {
-  for (; n >= 8; n -= 8, p += 8) h = rotl(h ^ round(0, read64(p)), 27) * kPrime1 + kPrime4;
-  if (n >= 4) {
-    h = rotl(h ^ (uint64_t{read32(p)} * kPrime1), 23) * kPrime2 + kPrime3;
-    n -= 4;
-    p += 4;
+// ---- tails
+// Folds the last n[r] bytes at p[r] (each below 32) into h[r] for R rows at once: 8-byte
+// words while 8 bytes remain, one 4-byte word if 4 remain, then single bytes. Every
+// possible step is computed and kept only where its bytes exist, a missing one reading
+// a zero word instead of the bytes past the row, so a row's length decides no branch;
+// and the rows go step by step side by side, so their chains overlap in flight.
+template <int R>
+inline void tails(uint64_t (&h)[R], const uint8_t* const (&p)[R], const int64_t (&n)[R]) {
+  static constexpr uint8_t kNothing[8] = {};
+  // All ones where a step's bytes exist, zero where they do not.
+  const auto present = [](bool b) { return 0 - static_cast<uint64_t>(b); };
+  const auto at = [](const uint8_t* q, int64_t offset, uint64_t m) {
+    const uintptr_t a = reinterpret_cast<uintptr_t>(q) + static_cast<uintptr_t>(offset);
+    return reinterpret_cast<const uint8_t*>((a & m) | (reinterpret_cast<uintptr_t>(kNothing) & ~m));
+  };
+  const auto keep = [](uint64_t next, uint64_t old, uint64_t m) { return (next & m) | (old & ~m); };
+  for (int64_t w = 0; w < 3; ++w) {
+    for (int r = 0; r < R; ++r) {
+      const uint64_t m = present(w < (n[r] >> 3));
+      h[r] = keep(rotl(h[r] ^ round(0, read64(at(p[r], 8 * w, m))), 27) * kPrime1 + kPrime4, h[r], m);
+    }
   }
-  for (; n > 0; --n, ++p) h = rotl(h ^ (uint64_t{*p} * kPrime5), 11) * kPrime1;
-  return h;
+  for (int r = 0; r < R; ++r) {
+    const uint64_t m = present((n[r] & 4) != 0);
+    h[r] = keep(rotl(h[r] ^ (uint64_t{read32(at(p[r], n[r] & 24, m))} * kPrime1), 23) * kPrime2 + kPrime3, h[r], m);
+  }
+  for (int64_t k = 0; k < 3; ++k) {
+    for (int r = 0; r < R; ++r) {
+      const uint64_t m = present(k < (n[r] & 3));
+      h[r] = keep(rotl(h[r] ^ (uint64_t{*at(p[r], (n[r] & 28) + k, m)} * kPrime5), 11) * kPrime1, h[r], m);
+    }
+  }
 }
 
 // ---- avalanche
@@ -91,12 +111,27 @@ inline uint64_t avalanche(uint64_t h) {
 }
 
 // ---- hash
+// XXH64 of the n bytes at p[r], seed 0, for R rows at once: stripes, the length, the
+// tails side by side, the avalanche.
+template <int R>
+inline void hash_rows(const uint8_t* const (&p)[R], const int64_t (&n)[R], uint64_t (&out)[R]) {
+  const uint8_t* rest[R];
+  int64_t left[R];
+  for (int r = 0; r < R; ++r) {
+    out[r] = (n[r] >= kStripe ? stripes(p[r], n[r]) : kShortStart) + static_cast<uint64_t>(n[r]);
+    const int64_t done = n[r] & ~int64_t{kStripe - 1};
+    rest[r] = p[r] + done;
+    left[r] = n[r] - done;
+  }
+  tails<R>(out, rest, left);
+  for (int r = 0; r < R; ++r) out[r] = avalanche(out[r]);
+}
+
 // XXH64 of the n bytes at p, seed 0.
 inline uint64_t hash(const uint8_t* p, int64_t n) {
-  uint64_t h = n >= kStripe ? stripes(p, n) : kShortStart;
-  h += static_cast<uint64_t>(n);
-  const int64_t done = n & ~int64_t{kStripe - 1};
-  return avalanche(tail(h, p + done, n - done));
+  uint64_t h[1];
+  hash_rows<1>({p}, {n}, h);
+  return h[0];
 }
 
 // ---- hash_word

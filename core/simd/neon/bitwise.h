@@ -14,10 +14,12 @@ template <class T> struct count_lane { using type = std::make_signed_t<T>; };
 inline int8x16_t dup_count(int8_t, int s) { return vdupq_n_s8(static_cast<int8_t>(s)); }
 inline int16x8_t dup_count(int16_t, int s) { return vdupq_n_s16(static_cast<int16_t>(s)); }
 inline int32x4_t dup_count(int32_t, int s) { return vdupq_n_s32(s); }
+inline int64x2_t dup_count(int64_t, int s) { return vdupq_n_s64(s); }
 
 inline uint8x16_t shl(uint8x16_t a, int8x16_t n) { return vshlq_u8(a, n); }
 inline uint16x8_t shl(uint16x8_t a, int16x8_t n) { return vshlq_u16(a, n); }
 inline uint32x4_t shl(uint32x4_t a, int32x4_t n) { return vshlq_u32(a, n); }
+inline uint64x2_t shl(uint64x2_t a, int64x2_t n) { return vshlq_u64(a, n); }
 inline int8x16_t shl(int8x16_t a, int8x16_t n) { return vshlq_s8(a, n); }
 inline int16x8_t shl(int16x8_t a, int16x8_t n) { return vshlq_s16(a, n); }
 inline int32x4_t shl(int32x4_t a, int32x4_t n) { return vshlq_s32(a, n); }

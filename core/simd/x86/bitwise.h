@@ -50,11 +50,12 @@ struct shift_count {
 // ---- shl
 template <class T, int K>
 inline vec<T, K> shl(const vec<T, K>& a, const shift_count<T, K>& n) {
-  static_assert(std::is_integral_v<T> && sizeof(T) <= 4, "8-, 16- and 32-bit lanes");
+  static_assert(std::is_integral_v<T>, "integer lanes");
   using O = x86::ops<K>;
   if constexpr (sizeof(T) == 1) return bit_and(vec<T, K>{O::sll16(a.raw, n.n)}, n.keep_left);
   else if constexpr (sizeof(T) == 2) return vec<T, K>{O::sll16(a.raw, n.n)};
-  else return vec<T, K>{O::sll32(a.raw, n.n)};
+  else if constexpr (sizeof(T) == 4) return vec<T, K>{O::sll32(a.raw, n.n)};
+  else return vec<T, K>{O::sll64(a.raw, n.n)};
 }
 
 // ---- shr

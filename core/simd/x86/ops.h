@@ -103,6 +103,7 @@ struct ops<1> {
   static I blendv8(I a, I b, I m) { return _mm_blendv_epi8(a, b, m); }
   static I sll16(I a, __m128i n) { return _mm_sll_epi16(a, n); }
   static I sll32(I a, __m128i n) { return _mm_sll_epi32(a, n); }
+  static I sll64(I a, __m128i n) { return _mm_sll_epi64(a, n); }
   static I srl16(I a, __m128i n) { return _mm_srl_epi16(a, n); }
   static I srl32(I a, __m128i n) { return _mm_srl_epi32(a, n); }
   static I sra16(I a, __m128i n) { return _mm_sra_epi16(a, n); }
@@ -236,6 +237,7 @@ struct ops<2> {
   static I blendv8(I a, I b, I m) { return _mm256_blendv_epi8(a, b, m); }
   static I sll16(I a, __m128i n) { return _mm256_sll_epi16(a, n); }
   static I sll32(I a, __m128i n) { return _mm256_sll_epi32(a, n); }
+  static I sll64(I a, __m128i n) { return _mm256_sll_epi64(a, n); }
   static I srl16(I a, __m128i n) { return _mm256_srl_epi16(a, n); }
   static I srl32(I a, __m128i n) { return _mm256_srl_epi32(a, n); }
   static I sra16(I a, __m128i n) { return _mm256_sra_epi16(a, n); }
@@ -361,6 +363,7 @@ struct ops<4> {
   static I blendv8(I a, I b, I m) { return _mm512_mask_blend_epi8(_mm512_movepi8_mask(m), a, b); }
   static I sll16(I a, __m128i n) { return _mm512_sll_epi16(a, n); }
   static I sll32(I a, __m128i n) { return _mm512_maskz_sll_epi32(kAll16, a, n); }
+  static I sll64(I a, __m128i n) { return _mm512_maskz_sll_epi64(kAll8, a, n); }
   static I srl16(I a, __m128i n) { return _mm512_srl_epi16(a, n); }
   static I srl32(I a, __m128i n) { return _mm512_maskz_srl_epi32(kAll16, a, n); }
   static I sra16(I a, __m128i n) { return _mm512_sra_epi16(a, n); }
