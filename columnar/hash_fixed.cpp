@@ -10,9 +10,6 @@ using namespace zivks;
 
 // Every NaN hashes as the canonical NaN bits, whose round is 0xA7551CC48D5C0000.
 constexpr uint64_t kCanonicalNan = 0x7FF8000000000000ull;
-// A float64 is a NaN when its bits without the sign lie above those of infinity.
-constexpr uint64_t kInfinityBits = 0x7FF0000000000000ull;
-constexpr uint64_t kSignBit = 0x8000000000000000ull;
 // The hashes of a true and a false byte.
 constexpr uint64_t kTrueHash = 1231;
 constexpr uint64_t kFalseHash = 1237;
@@ -23,12 +20,11 @@ inline uint64_t key_hash(T v) {
   return xxh64::round(0, static_cast<uint64_t>(static_cast<int64_t>(v)));
 }
 
-// Chosen without a branch, so that a block of rows runs in vectors.
+// The NaN test is a select, not a branch, so that rows run in vectors.
 inline uint64_t key_hash(double v) {
   uint64_t bits;
   memcpy(&bits, &v, sizeof bits);
-  const uint64_t is_nan = 0 - static_cast<uint64_t>((bits & ~kSignBit) > kInfinityBits);  // all ones or zero
-  return xxh64::round(0, bits ^ ((bits ^ kCanonicalNan) & is_nan));
+  return xxh64::round(0, v != v ? kCanonicalNan : bits);
 }
 
 inline uint64_t key_hash(uint8_t v) { return v != 0 ? kTrueHash : kFalseHash; }
@@ -63,13 +59,14 @@ ZIVKS_EXPORT ZIVKStatus ZIVKS_Hash_bool(const uint8_t* src, int32_t len, const i
 
 ZIVKS_EXPORT ZIVKStatus ZIVKS_CombineHash(const uint64_t* src1, const uint64_t* src2, int32_t len, uint64_t* dst) {
   if (const ZIVKStatus st = check_ptrs_len(len, src2, dst, src1)) return st;
-  // x * 31 is (x << 5) - x; rows are independent, so wide registers take several blocks.
+  // x * 31 is (x << 5) - x. Rows are independent, so a wide register's call takes
+  // kBlocks blocks of 8 rows.
   for_blocks<columnar::kBlockRows>(
       len,
       [&](int64_t i, auto w) {
         using V = simd::vec<uint64_t, decltype(w)::value>;
         const simd::shift_count<uint64_t, V::kBlocks> by5(5);
-        for (int k = 0; k < columnar::kBlockRows; k += V::kLanes) {
+        for (int k = 0; k < columnar::kBlockRows * V::kBlocks; k += V::kLanes) {
           const V x = simd::load<V>(src1 + i + k), y = simd::load<V>(src2 + i + k);
           simd::store(dst + i + k, simd::add_wrap(simd::sub_wrap(simd::shl(x, by5), x), y));
         }

@@ -37,15 +37,27 @@ inline void walk_rows(int32_t len, const int8_t* nulls, Clean&& clean, Row&& row
 }
 
 // The same walk for kernels whose rows are alike wherever they lie: one(i) for every row
-// that is not null, a clean block as 8 calls in a row.
+// that is not null. A run of clean blocks is one loop over its rows, which the compiler
+// can take in vectors.
 template <class One>
 inline void each_row(int32_t len, const int8_t* nulls, One&& one) {
-  walk_rows(
-      len, nulls,
-      [&](int64_t i) {
-        for (int r = 0; r < kBlockRows; ++r) one(i + r);
-      },
-      one, one);
+  const int64_t blocks_end = len & ~int64_t{kBlockRows - 1};
+  int64_t i = 0;
+  while (i < blocks_end) {
+    int64_t clean_end = i;
+    while (clean_end < blocks_end && (nulls == nullptr || block_flags(nulls, clean_end) == 0))
+      clean_end += kBlockRows;
+    for (int64_t r = i; r < clean_end; ++r) one(r);
+    if (clean_end == blocks_end) {
+      i = clean_end;
+      break;
+    }
+    for (int64_t r = clean_end; r < clean_end + kBlockRows; ++r)
+      if (nulls[r] == 0) one(r);
+    i = clean_end + kBlockRows;
+  }
+  for (; i < len; ++i)
+    if (nulls == nullptr || nulls[i] == 0) one(i);
 }
 
 }  // namespace zivks::columnar
