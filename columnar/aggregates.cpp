@@ -19,8 +19,10 @@ using columnar::walk_rows;
 enum class Extreme { max, min };
 
 // ---- Integers: 16s, 32s, 64s
-// Integer extremes do not depend on the order of folding, so clean blocks gather in a
-// vector (16s, 32s) that meets the rows' running value at the end.
+// An integer extreme does not depend on the order of folding, and the start value is
+// the identity of the fold: a null row can stand in as the start, so every row folds
+// alike, clean block or not, in one loop without a branch that the compiler runs in
+// vectors.
 template <class T, Extreme kWhich>
 inline T better(T r, T x) {
   if constexpr (kWhich == Extreme::max) return x > r ? x : r;
@@ -30,25 +32,17 @@ inline T better(T r, T x) {
 template <class T, Extreme kWhich>
 T fold_integers(const T* src, int32_t len, const int8_t* nulls, T start) {
   T r = start;
-  const auto row = [&](int64_t i) { r = better<T, kWhich>(r, src[i]); };
-  if constexpr (sizeof(T) <= 4) {
-    using V = simd::vec<T, 1>;
-    V acc = simd::splat<V>(start);
-    const auto clean = [&](int64_t i) {
-      for (int k = 0; k < kBlockRows; k += V::kLanes) {
-        const V x = simd::load<V>(src + i + k);
-        acc = kWhich == Extreme::max ? simd::max(acc, x) : simd::min(acc, x);
-      }
-    };
-    walk_rows(len, nulls, clean, row, row);
-    return better<T, kWhich>(r, kWhich == Extreme::max ? simd::reduce_max(acc) : simd::reduce_min(acc));
+  if (nulls == nullptr) {
+    for (int64_t i = 0; i < len; ++i) r = better<T, kWhich>(r, src[i]);
   } else {
-    const auto clean = [&](int64_t i) {
-      for (int k = 0; k < kBlockRows; ++k) row(i + k);
-    };
-    walk_rows(len, nulls, clean, row, row);
-    return r;
+    // The select written with a mask, the form the compiler vectorizes.
+    using U = std::make_unsigned_t<T>;
+    for (int64_t i = 0; i < len; ++i) {
+      const U kept = 0 - static_cast<U>(nulls[i] == 0);
+      r = better<T, kWhich>(r, static_cast<T>((static_cast<U>(src[i]) & kept) | (static_cast<U>(start) & ~kept)));
+    }
   }
+  return r;
 }
 
 // The start of a form with nulls: the type's least value for AggMax, its largest for
@@ -84,12 +78,9 @@ ZIVKStatus agg_64s(const int64_t* src, int32_t len, const int8_t* nulls, int64_t
 // clean block's extreme replaces r unless it is strictly worse. A clean block is reduced
 // by the vector extreme, NaN-propagating and with +0.0 above -0.0.
 template <Extreme kWhich>
-ZIVKStatus agg_64f(const double* src, int32_t len, const int8_t* nulls, double* dst,
-                   ZIVKStatus (*plain)(const double*, int32_t, double*)) {
-  if (const ZIVKStatus st = check_ptrs_len(len, src, dst)) return st;
-  if (nulls == nullptr) return plain(src, len, dst);
+double fold_float64(const double* src, int32_t len, const int8_t* nulls, double start) {
   constexpr bool kMax = kWhich == Extreme::max;
-  double r = kMax ? -std::numeric_limits<double>::max() : std::numeric_limits<double>::max();
+  double r = start;
   const auto block_row = [&](int64_t i) {
     const double x = src[i];
     if (!(kMax ? r > x : r < x)) r = x;
@@ -107,7 +98,16 @@ ZIVKStatus agg_64f(const double* src, int32_t len, const int8_t* nulls, double* 
     tail_row(kMax ? simd::reduce_max(e) : simd::reduce_min(e));
   };
   walk_rows(len, nulls, clean, block_row, [&](int64_t i) { tail_row(src[i]); });
-  *dst = r;
+  return r;
+}
+
+template <Extreme kWhich>
+ZIVKStatus agg_64f(const double* src, int32_t len, const int8_t* nulls, double* dst,
+                   ZIVKStatus (*plain)(const double*, int32_t, double*)) {
+  if (const ZIVKStatus st = check_ptrs_len(len, src, dst)) return st;
+  if (nulls == nullptr) return plain(src, len, dst);
+  const double start = kWhich == Extreme::max ? -std::numeric_limits<double>::max() : std::numeric_limits<double>::max();
+  *dst = fold_float64<kWhich>(src, len, nulls, start);
   return ZIVK_STS_NO_ERR;
 }
 
