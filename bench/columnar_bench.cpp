@@ -1,0 +1,542 @@
+// Column-batch kernels: the fixed-width and decimal hashes and CombineHash against memcpy
+// of their output bytes, Hash_varchar against a per-row loop of libxxhash's XXH64, and
+// AggMax of 32s and 64f against the same call without nulls, a plain loop with a null
+// test and std::max_element.
+//
+// Rows are batches of 1 Ki, 64 Ki and 16 Mi rows, without a null vector and with 1 % and
+// 50 % of the rows null, so the family has a shape of its own (a zb::Suite):
+// - Each row is one function on one batch with its variants: ours, then the yardsticks
+//   it is measured against. A ratio is the yardstick's time over ours (above 1: this
+//   library is faster).
+// - The data are made once, with fixed seeds, at 16 Mi rows; a smaller batch is the
+//   first rows of the same arrays. The fixed-width column holds 16 bytes a row, every
+//   8-byte word a finite float64 (so a 64f reading has no NaN, an integer reading is
+//   arbitrary bits). The null vectors set a row null with probability 1/100 and 1/2.
+//   A varchar column has rows of random bytes whose lengths are uniform over
+//   [avg/2, 3 avg/2]; one varchar column is held at a time.
+// - Every call's status is checked, and after its first run every variant that has an
+//   answer to compare is checked: the integer hashes and CombineHash row by row against
+//   their formula, Hash_varchar against XXH64 of every row that is not null, AggMax
+//   against the loop with the null test. A failure is flagged in the table.
+#include <gnu/libc-version.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+#include <xxhash.h>
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <cfloat>
+#include <cmath>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include "bench/zb.h"
+#include "zivks.h"
+
+namespace {
+
+constexpr int32_t kKi = 1024;
+constexpr int32_t kMi = 1024 * 1024;
+constexpr int32_t kMaxRows = 16 * kMi;
+constexpr int32_t kSizes[] = {kKi, 64 * kKi, 16 * kMi};
+
+// ---- Buffers and data ---------------------------------------------------------------
+
+// 64-byte aligned and written once, so that no timed call pays for the first use of a page.
+class Buffer {
+ public:
+  explicit Buffer(size_t bytes) {
+    const size_t b = (bytes + 63) & ~size_t{63};
+    p_ = aligned_alloc(64, b);
+    if (p_ == nullptr) {
+      fprintf(stderr, "columnar bench: cannot allocate %zu bytes\n", b);
+      exit(1);
+    }
+    memset(p_, 0, b);
+  }
+  ~Buffer() { free(p_); }
+  Buffer(const Buffer&) = delete;
+  Buffer& operator=(const Buffer&) = delete;
+  template <class T>
+  T* as() const { return static_cast<T*>(p_); }
+
+ private:
+  void* p_;
+};
+
+struct Rng {
+  uint64_t x;
+  uint64_t next() {
+    x ^= x << 13, x ^= x >> 7, x ^= x << 17;
+    return x * 0x2545F4914F6CDD1Dull;
+  }
+};
+
+enum Nulls { kNone, kOne, kHalf };
+const char* const kNullNames[] = {"none", "1%", "50%"};
+
+// The fixed-width column (16 bytes a row), the output column, and the null vectors.
+struct Data {
+  Buffer fixed{size_t{16} * kMaxRows};
+  Buffer out{size_t{8} * kMaxRows};
+  Buffer nulls1{kMaxRows};
+  Buffer nulls50{kMaxRows};
+
+  Data() {
+    // Finite float64 words: both signs, magnitudes 2^-40 .. 2^40, random mantissas.
+    Rng r{0x5EED0001};
+    uint64_t* w = fixed.as<uint64_t>();
+    for (size_t i = 0; i < size_t{2} * kMaxRows; ++i) {
+      const uint64_t b = r.next();
+      const uint64_t exp = 1023 - 40 + (b >> 52) % 81;
+      w[i] = (b & 0x800FFFFFFFFFFFFFull) | (exp << 52);
+    }
+    Rng n1{0x5EED0002}, n50{0x5EED0003};
+    int8_t* p1 = nulls1.as<int8_t>();
+    int8_t* p50 = nulls50.as<int8_t>();
+    for (int32_t i = 0; i < kMaxRows; ++i) {
+      p1[i] = (n1.next() >> 32) % 100 == 0 ? 1 : 0;
+      p50[i] = static_cast<int8_t>(n50.next() >> 63);
+    }
+  }
+  const int8_t* nulls(Nulls k) const {
+    return k == kNone ? nullptr : k == kOne ? nulls1.as<int8_t>() : nulls50.as<int8_t>();
+  }
+};
+
+Data& data() {
+  static std::unique_ptr<Data> d = std::make_unique<Data>();
+  return *d;
+}
+
+// A varchar column of kMaxRows rows whose lengths average `avg` bytes.
+struct Text {
+  int avg;
+  std::unique_ptr<Buffer> offsets, bytes;
+
+  explicit Text(int a) : avg(a) {
+    offsets = std::make_unique<Buffer>(sizeof(int32_t) * (size_t{kMaxRows} + 1));
+    int32_t* off = offsets->as<int32_t>();
+    Rng r{0x5EED0100u + static_cast<uint64_t>(a)};
+    off[0] = 0;
+    for (int32_t i = 0; i < kMaxRows; ++i)
+      off[i + 1] = off[i] + a / 2 + static_cast<int32_t>((r.next() >> 32) % static_cast<uint64_t>(a + 1));
+    const size_t total = static_cast<size_t>(off[kMaxRows]);
+    bytes = std::make_unique<Buffer>(total + 8);
+    unsigned char* p = bytes->as<unsigned char>();
+    for (size_t o = 0; o < total; o += 8) {
+      const uint64_t w = r.next();
+      memcpy(p + o, &w, 8);
+    }
+  }
+};
+
+std::unique_ptr<Text>& text_slot() {
+  static std::unique_ptr<Text> t;
+  return t;
+}
+
+// The column of average length `avg`; the one made before is let go first.
+const Text& text(int avg) {
+  std::unique_ptr<Text>& t = text_slot();
+  if (!t || t->avg != avg) {
+    t.reset();
+    t = std::make_unique<Text>(avg);
+  }
+  return *t;
+}
+
+// ---- Rows ---------------------------------------------------------------------------
+
+// What one call works on: pointers into the shared data.
+struct Bed {
+  int32_t n = 0;
+  const int8_t* nulls = nullptr;
+  const unsigned char* src = nullptr;  // the fixed-width column, or the varchar bytes
+  const int32_t* offsets = nullptr;    // varchar
+  uint64_t* dst = nullptr;
+  double* result = nullptr;            // where an aggregate variant leaves its value
+};
+
+struct Variant {
+  std::string name;                               // "ours" or the yardstick
+  std::function<ZIVKStatus(const Bed&)> call;     // one timed call
+  std::function<bool(const Bed&)> check;          // is the output right (null: not checked)
+  double target = 0;                              // least ratio of its time to ours; 0: none
+  int same_as = -1;                               // the variant whose value it must equal
+  double seconds = NAN;                           // the fastest round, per call
+  double result = NAN;                            // an aggregate's value
+  bool failed = false;                            // a status other than no error
+  bool wrong = false;
+  bool checked = false;
+};
+
+struct Row {
+  std::string label;      // the exported name without the prefix (and the text length)
+  Nulls nulls;
+  int32_t n;
+  std::function<Bed()> make;
+  std::function<double(const Bed&)> bytes;  // the bytes rows/s is also shown in
+  double row_bytes = NAN;
+  std::vector<Variant> v;  // v[0] ours, then the yardsticks
+};
+
+std::vector<Row>& rows() {
+  static std::vector<Row> r;
+  return r;
+}
+
+std::string size_name(int32_t n) {
+  if (n % kMi == 0) return std::to_string(n / kMi) + "Mi";
+  return std::to_string(n / kKi) + "Ki";
+}
+
+template <class T>
+void keep(T v) {
+  volatile T sink = v;
+  (void)sink;
+}
+
+Bed fixed_bed(int32_t n, Nulls k) {
+  Data& d = data();
+  Bed b;
+  b.n = n;
+  b.nulls = d.nulls(k);
+  b.src = d.fixed.as<unsigned char>();
+  b.dst = d.out.as<uint64_t>();
+  return b;
+}
+
+bool is_null(const Bed& b, int64_t i) { return b.nulls != nullptr && b.nulls[i] != 0; }
+
+Variant memcpy_variant(double target) {
+  return {"memcpy of the output",
+          [](const Bed& b) {
+            memcpy(b.dst, b.src, sizeof(uint64_t) * static_cast<size_t>(b.n));
+            return ZIVK_STS_NO_ERR;
+          },
+          nullptr, target};
+}
+
+// The hash of an integer key: one accumulate round from zero of the sign-extended value.
+uint64_t integer_hash(int64_t v) {
+  const uint64_t x = static_cast<uint64_t>(v) * 0xC2B2AE3D27D4EB4Full;
+  return ((x << 31) | (x >> 33)) * 0x9E3779B185EBCA87ull;
+}
+
+template <class T>
+using HashFn = ZIVKStatus (*)(const T*, int32_t, const int8_t*, uint64_t*);
+
+// At 64 Ki and 16 Mi rows the least ratio to memcpy of the output (0: for information).
+template <class T>
+void hash_rows(const char* label, HashFn<T> fn, double target_64ki, double target_16mi, bool integer) {
+  for (int32_t n : kSizes)
+    for (Nulls k : {kNone, kOne, kHalf}) {
+      Row r{label, k, n, [n, k] { return fixed_bed(n, k); },
+            [](const Bed& b) { return 8.0 * b.n; }, NAN, {}};
+      std::function<bool(const Bed&)> check;
+      if constexpr (std::is_integral_v<T>)
+        if (integer)
+          check = [](const Bed& b) {
+            const T* s = reinterpret_cast<const T*>(b.src);
+            for (int64_t i = 0; i < b.n; ++i)
+              if (!is_null(b, i) && b.dst[i] != integer_hash(s[i])) return false;
+            return true;
+          };
+      r.v.push_back({"ours",
+                     [fn](const Bed& b) { return fn(reinterpret_cast<const T*>(b.src), b.n, b.nulls, b.dst); },
+                     check, 0});
+      // The targets are for columns without nulls: a null row is a row not written.
+      r.v.push_back(memcpy_variant(k != kNone ? 0 : n == 64 * kKi ? target_64ki : n == 16 * kMi ? target_16mi : 0));
+      rows().push_back(std::move(r));
+    }
+}
+
+void combine_rows() {
+  for (int32_t n : kSizes) {
+    Row r{"CombineHash", kNone, n, [n] { return fixed_bed(n, kNone); },
+          [](const Bed& b) { return 8.0 * b.n; }, NAN, {}};
+    // The two hash columns are the two halves of the fixed-width column.
+    const auto second = [](const Bed& b) { return reinterpret_cast<const uint64_t*>(b.src) + kMaxRows; };
+    r.v.push_back({"ours",
+                   [second](const Bed& b) {
+                     return ZIVKS_CombineHash(reinterpret_cast<const uint64_t*>(b.src), second(b), b.n, b.dst);
+                   },
+                   [second](const Bed& b) {
+                     const uint64_t* a = reinterpret_cast<const uint64_t*>(b.src);
+                     for (int64_t i = 0; i < b.n; ++i)
+                       if (b.dst[i] != a[i] * 31 + second(b)[i]) return false;
+                     return true;
+                   },
+                   0});
+    r.v.push_back(memcpy_variant(n == 64 * kKi ? 0.8 : n == 16 * kMi ? 0.9 : 0));
+    rows().push_back(std::move(r));
+  }
+}
+
+// Hash_varchar against XXH64 of each row that is not null: at least 1.2 times its speed
+// without nulls.
+void varchar_rows() {
+  for (int avg : {8, 24, 100})
+    for (int32_t n : kSizes)
+      for (Nulls k : {kNone, kOne, kHalf}) {
+        Row r{"Hash_varchar/avg" + std::to_string(avg), k, n,
+              [n, k, avg] {
+                Bed b = fixed_bed(n, k);
+                const Text& t = text(avg);
+                b.src = t.bytes->as<unsigned char>();
+                b.offsets = t.offsets->as<int32_t>();
+                return b;
+              },
+              [](const Bed& b) { return static_cast<double>(b.offsets[b.n] - b.offsets[0]); }, NAN, {}};
+        r.v.push_back({"ours",
+                       [](const Bed& b) { return ZIVKS_Hash_varchar(b.src, b.offsets, b.n, b.nulls, b.dst); },
+                       [](const Bed& b) {
+                         for (int64_t i = 0; i < b.n; ++i)
+                           if (!is_null(b, i) &&
+                               b.dst[i] != XXH64(b.src + b.offsets[i], static_cast<size_t>(b.offsets[i + 1] - b.offsets[i]), 0))
+                             return false;
+                         return true;
+                       },
+                       0});
+        r.v.push_back({"XXH64 loop",
+                       [](const Bed& b) {
+                         const int32_t* off = b.offsets;
+                         for (int32_t i = 0; i < b.n; ++i)
+                           if (b.nulls == nullptr || b.nulls[i] == 0)
+                             b.dst[i] = XXH64(b.src + off[i], static_cast<size_t>(off[i + 1] - off[i]), 0);
+                         return ZIVK_STS_NO_ERR;
+                       },
+                       // The target is for columns without nulls, at 64 Ki and 16 Mi rows: a
+                       // 1 Ki column timed again and again lets the branch predictor learn
+                       // its row lengths, which only the per-row loop branches on.
+                       nullptr, k == kNone && n > kKi ? 1.2 : 0});
+        rows().push_back(std::move(r));
+      }
+}
+
+template <class T>
+T loop_max(const T* src, int32_t n, const int8_t* nulls, T start) {
+  T m = start;
+  for (int32_t i = 0; i < n; ++i)
+    if (nulls[i] == 0 && src[i] > m) m = src[i];
+  return m;
+}
+
+template <class T>
+using AggFn = ZIVKStatus (*)(const T*, int32_t, const int8_t*, T*);
+
+// With 1 % nulls: at least 0.8 of the same call without nulls and twice the loop with the
+// null test; with 50 % for information. The loop starts from the bound the call starts from.
+template <class T>
+void agg_rows(const char* label, AggFn<T> fn, T start) {
+  for (Nulls k : {kOne, kHalf})
+    for (int32_t n : kSizes) {
+      const bool t = k == kOne;
+      Row r{label, k, n, [n, k] { return fixed_bed(n, k); },
+            [](const Bed& b) { return static_cast<double>(sizeof(T)) * b.n; }, NAN, {}};
+      const auto src = [](const Bed& b) { return reinterpret_cast<const T*>(b.src); };
+      r.v.push_back({"ours",
+                     [fn, src](const Bed& b) {
+                       T m;
+                       const ZIVKStatus st = fn(src(b), b.n, b.nulls, &m);
+                       *b.result = static_cast<double>(m);
+                       return st;
+                     },
+                     nullptr, 0, 2});
+      r.v.push_back({"ours without nulls",
+                     [fn, src](const Bed& b) {
+                       T m;
+                       const ZIVKStatus st = fn(src(b), b.n, nullptr, &m);
+                       keep(m);
+                       return st;
+                     },
+                     nullptr, t ? 0.8 : 0});
+      r.v.push_back({"loop with null test",
+                     [src, start](const Bed& b) {
+                       *b.result = static_cast<double>(loop_max(src(b), b.n, b.nulls, start));
+                       return ZIVK_STS_NO_ERR;
+                     },
+                     nullptr, t ? 2.0 : 0});
+      r.v.push_back({"std::max_element",
+                     [src](const Bed& b) {
+                       keep(*std::max_element(src(b), src(b) + b.n));
+                       return ZIVK_STS_NO_ERR;
+                     },
+                     nullptr, 0});
+      rows().push_back(std::move(r));
+    }
+}
+
+void make_rows() {
+  hash_rows<int32_t>("Hash_32s", ZIVKS_Hash_32s, 0.8, 0.9, true);
+  hash_rows<int64_t>("Hash_64s", ZIVKS_Hash_64s, 0.8, 0.9, true);
+  hash_rows<double>("Hash_64f", ZIVKS_Hash_64f, 0.8, 0.9, false);
+  combine_rows();
+  hash_rows<int16_t>("Hash_16s", ZIVKS_Hash_16s, 0, 0, true);
+  hash_rows<uint8_t>("Hash_bool", ZIVKS_Hash_bool, 0, 0, false);
+  hash_rows<int64_t>("Hash_decimal64", ZIVKS_Hash_decimal64, 0, 0, false);
+  hash_rows<ZIVKDecimal128>("Hash_decimal128", ZIVKS_Hash_decimal128, 0, 0, false);
+  varchar_rows();
+  agg_rows<int32_t>("AggMax_32s", ZIVKS_AggMax_32s, INT32_MIN);
+  agg_rows<double>("AggMax_64f", ZIVKS_AggMax_64f, -DBL_MAX);
+}
+
+// ---- The suite ------------------------------------------------------------------------
+
+const char kFamily[] = "columnar";
+
+std::string row_name(const Row& r) {
+  return std::string(kFamily) + "/" + r.label + "/" + kNullNames[r.nulls] + "/" + size_name(r.n);
+}
+
+bool selected(const zb::SuiteOptions& o, const Row& r) {
+  return o.selected(std::string(kFamily) + "/" + r.label) || o.selected(row_name(r));
+}
+
+struct Slot {
+  size_t row, variant;
+};
+std::map<std::string, Slot>& slots() {
+  static std::map<std::string, Slot> m;
+  return m;
+}
+
+void list(const zb::SuiteOptions& o) {
+  for (const Row& r : rows()) {
+    if (!selected(o, r)) continue;
+    std::string against;
+    for (size_t vi = 1; vi < r.v.size(); ++vi) against += (vi > 1 ? ", " : "") + r.v[vi].name;
+    printf("%s  against %s\n", row_name(r).c_str(), against.c_str());
+  }
+}
+
+size_t add(const zb::SuiteOptions& o) {
+  size_t runs = 0;
+  for (size_t ri = 0; ri < rows().size(); ++ri) {
+    const Row& r = rows()[ri];
+    if (!selected(o, r)) continue;
+    // A call at 16 Mi rows takes about as long as a run's least time or longer: one round
+    // there keeps the family within a couple of minutes.
+    const int rounds = r.n >= 16 * kMi ? 1 : o.rounds;
+    for (int round = 0; round < rounds; ++round) {
+      for (size_t vi = 0; vi < r.v.size(); ++vi) {
+        const std::string name = row_name(r) + "/" + r.v[vi].name + "/" + std::to_string(round);
+        slots()[name] = Slot{ri, vi};
+        benchmark::RegisterBenchmark(name.c_str(), [ri, vi](benchmark::State& st) {
+          Row& row = rows()[ri];
+          Bed b = row.make();
+          row.row_bytes = row.bytes(b);
+          Variant& v = row.v[vi];
+          b.result = &v.result;
+          ZIVKStatus status = ZIVK_STS_NO_ERR;
+          for (auto _ : st) {
+            const ZIVKStatus s = v.call(b);
+            if (s != ZIVK_STS_NO_ERR) status = s;
+            benchmark::ClobberMemory();
+          }
+          if (status != ZIVK_STS_NO_ERR) v.failed = true;
+          st.SetItemsProcessed(st.iterations() * b.n);
+          if (!v.checked && v.check) {
+            v.checked = true;
+            if (!v.check(b)) v.wrong = true;
+          }
+        })->MinTime(o.min_time);
+        ++runs;
+      }
+    }
+  }
+  return runs;
+}
+
+void record(const std::string& run, double seconds) {
+  const auto it = slots().find(run);
+  if (it == slots().end()) return;
+  double& best = rows()[it->second.row].v[it->second.variant].seconds;
+  if (!(best <= seconds)) best = seconds;
+}
+
+std::string rate(double per_second, const char* unit) {
+  if (!std::isfinite(per_second)) return "-";
+  const char* prefix[] = {"", "K", "M", "G", "T"};
+  int i = 0;
+  while (per_second >= 1000 && i < 4) per_second /= 1000, ++i;
+  char b[32];
+  snprintf(b, sizeof b, "%.2f %s%s", per_second, prefix[i], unit);
+  return b;
+}
+
+std::string fixed(double x, const char* format) {
+  if (!std::isfinite(x)) return "-";
+  char b[32];
+  snprintf(b, sizeof b, format, x);
+  return b;
+}
+
+int print(const zb::SuiteOptions& o) {
+  // The arrays are not needed any more.
+  text_slot().reset();
+  const char* lead = o.markdown ? "- " : "";
+  printf("%scolumnar yardsticks: memcpy of glibc %s (of the 8 output bytes a row); XXH64 of libxxhash %u.%u.%u,"
+         " called once a row that is not null; std::max_element of GCC %d.%d's libstdc++; the loop with a"
+         " null test compiled with the bench's own flags\n",
+         lead, gnu_get_libc_version(), XXH_versionNumber() / 10000, XXH_versionNumber() / 100 % 100,
+         XXH_versionNumber() % 100, __GNUC__, __GNUC_MINOR__);
+  printf("%sbytes/s: of the output for the hashes, of the text for Hash_varchar (null rows included),"
+         " of the column for AggMax; a ratio is the yardstick's time over ours (above 1: this library"
+         " is faster); 16Mi rows: one round, the others the fastest of %d\n\n",
+         lead, o.rounds);
+  const char* row = o.markdown ? "| %s | %s | %s | %s | %s | %s | %s | %s | %s |\n"
+                               : "%-22s %-5s %5s %10s %11s  %-20s %7s %7s  %s\n";
+  printf(row, "function", "nulls", "rows", "rows/s", "bytes/s", "against", "ratio", "target", "notes");
+  if (o.markdown) printf("|---|---|--:|--:|--:|---|--:|--:|---|\n");
+  int misses = 0, wrong = 0;
+  for (const Row& r : rows()) {
+    if (!selected(o, r) || !(r.v[0].seconds > 0)) continue;
+    const double ours = r.v[0].seconds;
+    // An aggregate's value against the value of the variant it must equal.
+    const bool differs = r.v[0].same_as > 0 && !(r.v[0].result == r.v[r.v[0].same_as].result);
+    if (r.v[0].wrong || r.v[0].failed || differs) ++wrong;
+    for (size_t vi = 1; vi < r.v.size(); ++vi) {
+      const Variant& y = r.v[vi];
+      const double ratio = y.seconds / ours;
+      std::string notes;
+      auto note = [&notes](const std::string& s) { notes += (notes.empty() ? "" : " ") + s; };
+      // As printed: a ratio that shows as the target meets it.
+      if (y.target > 0 && std::isfinite(ratio) && std::round(100 * ratio) < std::round(100 * y.target)) {
+        note("MISS");
+        ++misses;
+      }
+      if (r.v[0].failed) note("FAILED ours");
+      if (r.v[0].wrong) note("WRONG ours");
+      if (differs && static_cast<int>(vi) == r.v[0].same_as) note("WRONG ours");
+      if (y.failed) note("FAILED " + y.name), ++wrong;
+      printf(row, r.label.c_str(), kNullNames[r.nulls], size_name(r.n).c_str(), rate(r.n / ours, "").c_str(),
+             rate(r.row_bytes / ours, "B").c_str(), y.name.c_str(), fixed(ratio, "%.2f").c_str(),
+             y.target > 0 ? fixed(y.target, "%.2f").c_str() : "", notes.c_str());
+    }
+  }
+  printf("\n%scolumnar targets missed: %d", lead, misses);
+  if (wrong > 0) printf(", failed or wrong results: %d", wrong);
+  printf("\n");
+  return misses;
+}
+
+const int registered = [] {
+  make_rows();
+  zb::Suite s;
+  s.family = kFamily;
+  s.list = list;
+  s.add = add;
+  s.record = record;
+  s.print = print;
+  return zb::add_suite(std::move(s));
+}();
+
+}  // namespace
