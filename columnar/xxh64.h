@@ -82,7 +82,10 @@ inline void tails(uint64_t (&h)[R], const uint8_t* const (&p)[R], const int64_t 
     return reinterpret_cast<const uint8_t*>((a & m) | (reinterpret_cast<uintptr_t>(kNothing) & ~m));
   };
   const auto keep = [](uint64_t next, uint64_t old, uint64_t m) { return (next & m) | (old & ~m); };
-  for (int64_t w = 0; w < 3; ++w) {
+  // Word steps that no row takes are left out: a column of short rows skips the last.
+  int64_t words = 0;
+  for (int r = 0; r < R; ++r) words = words > (n[r] >> 3) ? words : (n[r] >> 3);
+  for (int64_t w = 0; w < words; ++w) {
     for (int r = 0; r < R; ++r) {
       const uint64_t m = present(w < (n[r] >> 3));
       h[r] = keep(rotl(h[r] ^ round(0, read64(at(p[r], 8 * w, m))), 27) * kPrime1 + kPrime4, h[r], m);
