@@ -30,53 +30,24 @@
 #include <cfloat>
 #include <cmath>
 #include <functional>
-#include <map>
 #include <memory>
 #include <string>
 #include <type_traits>
 #include <vector>
 
-#include "bench/zb.h"
+#include "bench/zb_rows.h"
 #include "zivks.h"
 
 namespace {
 
-constexpr int32_t kKi = 1024;
-constexpr int32_t kMi = 1024 * 1024;
+using zb::Buffer;
+using zb::kKi;
+using zb::kMi;
+using zb::Rng;
 constexpr int32_t kMaxRows = 16 * kMi;
 constexpr int32_t kSizes[] = {kKi, 64 * kKi, 16 * kMi};
 
-// ---- Buffers and data ---------------------------------------------------------------
-
-// 64-byte aligned and written once, so that no timed call pays for the first use of a page.
-class Buffer {
- public:
-  explicit Buffer(size_t bytes) {
-    const size_t b = (bytes + 63) & ~size_t{63};
-    p_ = aligned_alloc(64, b);
-    if (p_ == nullptr) {
-      fprintf(stderr, "columnar bench: cannot allocate %zu bytes\n", b);
-      exit(1);
-    }
-    memset(p_, 0, b);
-  }
-  ~Buffer() { free(p_); }
-  Buffer(const Buffer&) = delete;
-  Buffer& operator=(const Buffer&) = delete;
-  template <class T>
-  T* as() const { return static_cast<T*>(p_); }
-
- private:
-  void* p_;
-};
-
-struct Rng {
-  uint64_t x;
-  uint64_t next() {
-    x ^= x << 13, x ^= x >> 7, x ^= x << 17;
-    return x * 0x2545F4914F6CDD1Dull;
-  }
-};
+// ---- Data ------------------------------------------------------------------------
 
 enum Nulls { kNone, kOne, kHalf };
 const char* const kNullNames[] = {"none", "1%", "50%"};
@@ -164,18 +135,8 @@ struct Bed {
   double* result = nullptr;            // where an aggregate variant leaves its value
 };
 
-struct Variant {
-  std::string name;                               // "ours" or the yardstick
-  std::function<ZIVKStatus(const Bed&)> call;     // one timed call
-  std::function<bool(const Bed&)> check;          // is the output right (null: not checked)
-  double target = 0;                              // least ratio of its time to ours; 0: none
-  int same_as = -1;                               // the variant whose value it must equal
-  double seconds = NAN;                           // the fastest round, per call
-  double result = NAN;                            // an aggregate's value
-  bool failed = false;                            // a status other than no error
-  bool wrong = false;
-  bool checked = false;
-};
+// "ours" or the yardstick; an aggregate leaves its value in `result`.
+using Variant = zb::Variant<Bed, ZIVKStatus>;
 
 struct Row {
   std::string label;      // the exported name without the prefix (and the text length)
@@ -187,15 +148,8 @@ struct Row {
   std::vector<Variant> v;  // v[0] ours, then the yardsticks
 };
 
-std::vector<Row>& rows() {
-  static std::vector<Row> r;
-  return r;
-}
-
-std::string size_name(int32_t n) {
-  if (n % kMi == 0) return std::to_string(n / kMi) + "Mi";
-  return std::to_string(n / kKi) + "Ki";
-}
+zb::RowSuite<Row> suite;
+std::vector<Row>& rows() { return suite.rows; }
 
 template <class T>
 void keep(T v) {
@@ -390,92 +344,14 @@ void make_rows() {
 
 // ---- The suite ------------------------------------------------------------------------
 
-const char kFamily[] = "columnar";
-
-std::string row_name(const Row& r) {
-  return std::string(kFamily) + "/" + r.label + "/" + kNullNames[r.nulls] + "/" + size_name(r.n);
-}
-
-bool selected(const zb::SuiteOptions& o, const Row& r) {
-  return o.selected(std::string(kFamily) + "/" + r.label) || o.selected(row_name(r));
-}
-
-struct Slot {
-  size_t row, variant;
-};
-std::map<std::string, Slot>& slots() {
-  static std::map<std::string, Slot> m;
-  return m;
-}
-
-void list(const zb::SuiteOptions& o) {
-  for (const Row& r : rows()) {
-    if (!selected(o, r)) continue;
-    std::string against;
-    for (size_t vi = 1; vi < r.v.size(); ++vi) against += (vi > 1 ? ", " : "") + r.v[vi].name;
-    printf("%s  against %s\n", row_name(r).c_str(), against.c_str());
-  }
-}
-
-size_t add(const zb::SuiteOptions& o) {
-  size_t runs = 0;
-  for (size_t ri = 0; ri < rows().size(); ++ri) {
-    const Row& r = rows()[ri];
-    if (!selected(o, r)) continue;
-    // A call at 16 Mi rows takes about as long as a run's least time or longer: one round
-    // there keeps the family within a couple of minutes.
-    const int rounds = r.n >= 16 * kMi ? 1 : o.rounds;
-    for (int round = 0; round < rounds; ++round) {
-      for (size_t vi = 0; vi < r.v.size(); ++vi) {
-        const std::string name = row_name(r) + "/" + r.v[vi].name + "/" + std::to_string(round);
-        slots()[name] = Slot{ri, vi};
-        benchmark::RegisterBenchmark(name.c_str(), [ri, vi](benchmark::State& st) {
-          Row& row = rows()[ri];
-          Bed b = row.make();
-          row.row_bytes = row.bytes(b);
-          Variant& v = row.v[vi];
-          b.result = &v.result;
-          ZIVKStatus status = ZIVK_STS_NO_ERR;
-          for (auto _ : st) {
-            const ZIVKStatus s = v.call(b);
-            if (s != ZIVK_STS_NO_ERR) status = s;
-            benchmark::ClobberMemory();
-          }
-          if (status != ZIVK_STS_NO_ERR) v.failed = true;
-          st.SetItemsProcessed(st.iterations() * b.n);
-          if (!v.checked && v.check) {
-            v.checked = true;
-            if (!v.check(b)) v.wrong = true;
-          }
-        })->MinTime(o.min_time);
-        ++runs;
-      }
-    }
-  }
-  return runs;
-}
-
-void record(const std::string& run, double seconds) {
-  const auto it = slots().find(run);
-  if (it == slots().end()) return;
-  double& best = rows()[it->second.row].v[it->second.variant].seconds;
-  if (!(best <= seconds)) best = seconds;
-}
-
-std::string rate(double per_second, const char* unit) {
-  if (!std::isfinite(per_second)) return "-";
-  const char* prefix[] = {"", "K", "M", "G", "T"};
-  int i = 0;
-  while (per_second >= 1000 && i < 4) per_second /= 1000, ++i;
-  char b[32];
-  snprintf(b, sizeof b, "%.2f %s%s", per_second, prefix[i], unit);
-  return b;
-}
-
-std::string fixed(double x, const char* format) {
-  if (!std::isfinite(x)) return "-";
-  char b[32];
-  snprintf(b, sizeof b, format, x);
+// The bed of a run: made again for every run (it is a few pointers), with the bytes of
+// its row and where the variant leaves its value.
+Bed& bed_for(size_t ri, size_t vi) {
+  static Bed b;
+  Row& row = rows()[ri];
+  b = row.make();
+  row.row_bytes = row.bytes(b);
+  b.result = &row.v[vi].result;
   return b;
 }
 
@@ -492,51 +368,21 @@ int print(const zb::SuiteOptions& o) {
          " of the column for AggMax; a ratio is the yardstick's time over ours (above 1: this library"
          " is faster); 16Mi rows: one round, the others the fastest of %d\n\n",
          lead, o.rounds);
-  const char* row = o.markdown ? "| %s | %s | %s | %s | %s | %s | %s | %s | %s |\n"
-                               : "%-22s %-5s %5s %10s %11s  %-20s %7s %7s  %s\n";
-  printf(row, "function", "nulls", "rows", "rows/s", "bytes/s", "against", "ratio", "target", "notes");
-  if (o.markdown) printf("|---|---|--:|--:|--:|---|--:|--:|---|\n");
-  int misses = 0, wrong = 0;
-  for (const Row& r : rows()) {
-    if (!selected(o, r) || !(r.v[0].seconds > 0)) continue;
-    const double ours = r.v[0].seconds;
-    // An aggregate's value against the value of the variant it must equal.
-    const bool differs = r.v[0].same_as > 0 && !(r.v[0].result == r.v[r.v[0].same_as].result);
-    if (r.v[0].wrong || r.v[0].failed || differs) ++wrong;
-    for (size_t vi = 1; vi < r.v.size(); ++vi) {
-      const Variant& y = r.v[vi];
-      const double ratio = y.seconds / ours;
-      std::string notes;
-      auto note = [&notes](const std::string& s) { notes += (notes.empty() ? "" : " ") + s; };
-      // As printed: a ratio that shows as the target meets it.
-      if (y.target > 0 && std::isfinite(ratio) && std::round(100 * ratio) < std::round(100 * y.target)) {
-        note("MISS");
-        ++misses;
-      }
-      if (r.v[0].failed) note("FAILED ours");
-      if (r.v[0].wrong) note("WRONG ours");
-      if (differs && static_cast<int>(vi) == r.v[0].same_as) note("WRONG ours");
-      if (y.failed) note("FAILED " + y.name), ++wrong;
-      printf(row, r.label.c_str(), kNullNames[r.nulls], size_name(r.n).c_str(), rate(r.n / ours, "").c_str(),
-             rate(r.row_bytes / ours, "B").c_str(), y.name.c_str(), fixed(ratio, "%.2f").c_str(),
-             y.target > 0 ? fixed(y.target, "%.2f").c_str() : "", notes.c_str());
-    }
-  }
-  printf("\n%scolumnar targets missed: %d", lead, misses);
-  if (wrong > 0) printf(", failed or wrong results: %d", wrong);
-  printf("\n");
-  return misses;
+  return suite.print(o);
 }
 
 const int registered = [] {
+  suite.family = "columnar";
+  suite.ours = 0;
+  suite.peers = "against";
+  suite.part = [](const Row& r) { return kNullNames[r.nulls]; };
+  suite.bed = bed_for;
+  suite.format = "%-22s %-5s %5s %10s %11s  %-20s %7s %7s  %s\n";
+  suite.headers = {"function", "nulls", "rows", "rows/s", "bytes/s", "against", "ratio", "target", "notes"};
+  suite.fifth = [](const Row& r, double ours) { return zb::rate(r.row_bytes / ours, "B"); };
+  suite.wrong_words = "failed or wrong results";
   make_rows();
-  zb::Suite s;
-  s.family = kFamily;
-  s.list = list;
-  s.add = add;
-  s.record = record;
-  s.print = print;
-  return zb::add_suite(std::move(s));
+  return zb::add_suite(suite.suite(print));
 }();
 
 }  // namespace

@@ -35,46 +35,23 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
-#include <map>
 #include <memory>
 #include <string>
 #include <type_traits>
 #include <vector>
 
-#include "bench/zb.h"
+#include "bench/zb_rows.h"
 #include "zivks.h"
 
 namespace {
 
-constexpr int32_t kKi = 1024;
-constexpr int32_t kMi = 1024 * 1024;
+using zb::Buffer;
+using zb::kKi;
+using zb::kMi;
+using zb::Rng;
 constexpr int32_t kTopK = 100;
 
-// ---- Buffers and inputs ------------------------------------------------------------
-
-// 64-byte aligned, with a cache line of zeros after the last byte asked for (a float
-// radix sort may read the word after its array), and touched once so that no timed call
-// pays for the first use of a page.
-class Buffer {
- public:
-  explicit Buffer(size_t bytes) {
-    const size_t b = (bytes + 64 + 63) & ~size_t{63};
-    p_ = aligned_alloc(64, b);
-    if (p_ == nullptr) {
-      fprintf(stderr, "sort bench: cannot allocate %zu bytes\n", b);
-      exit(1);
-    }
-    memset(p_, 0, b);
-  }
-  ~Buffer() { free(p_); }
-  Buffer(const Buffer&) = delete;
-  Buffer& operator=(const Buffer&) = delete;
-  template <class T>
-  T* as() const { return static_cast<T*>(p_); }
-
- private:
-  void* p_;
-};
+// ---- Inputs ----------------------------------------------------------------------------
 
 enum class Input { random, sorted, reversed, few };
 const char* input_name(Input i) {
@@ -85,20 +62,6 @@ const char* input_name(Input i) {
     default: return "few16";
   }
 }
-
-std::string size_name(int32_t n) {
-  if (n % kMi == 0) return std::to_string(n / kMi) + "Mi";
-  if (n % kKi == 0) return std::to_string(n / kKi) + "Ki";
-  return std::to_string(n);
-}
-
-struct Rng {
-  uint64_t x;
-  uint64_t next() {
-    x ^= x << 13, x ^= x >> 7, x ^= x << 17;
-    return x * 0x2545F4914F6CDD1Dull;
-  }
-};
 
 // Random keys: every bit pattern for the integers; for the floats both signs and
 // magnitudes over 2^-20 .. 2^21 (float) or 2^-40 .. 2^41 (double), all finite and
@@ -189,14 +152,8 @@ struct Bed {
   void touch_policy(size_t bytes) const { memset(policy, 0, bytes); }
 };
 
-struct Variant {
-  std::string name;                   // "copy", "ours" or the peer's name
-  std::function<void(Bed&)> call;     // one timed call, its copy included
-  std::function<bool(const Bed&)> check;  // is the output right (null: not checked)
-  double target = 0;                  // least ratio of the peer's time to ours; 0: none
-  double seconds = NAN;               // the fastest round, per call
-  bool wrong = false;
-};
+// "copy", "ours" or the peer's name; a call of an in-place sort includes its copy.
+using Variant = zb::Variant<Bed, void>;
 
 struct Row {
   std::string label;  // the exported name without the prefix (and the method of TopK)
@@ -206,10 +163,8 @@ struct Row {
   std::vector<Variant> v;  // v[0] the copy (no call: none), v[1] ours, then the peers
 };
 
-std::vector<Row>& rows() {
-  static std::vector<Row> r;
-  return r;
-}
+zb::RowSuite<Row> suite;
+std::vector<Row>& rows() { return suite.rows; }
 
 // The bed of the row that runs now; a row's runs come one after another.
 std::unique_ptr<Bed>& current_bed() {
@@ -540,86 +495,6 @@ void make_rows() {
 
 // ---- The suite ------------------------------------------------------------------------
 
-const char kFamily[] = "sort";
-
-std::string row_name(const Row& r) {
-  return std::string(kFamily) + "/" + r.label + "/" + input_name(r.input) + "/" + size_name(r.n);
-}
-
-bool selected(const zb::SuiteOptions& o, const Row& r) {
-  return o.selected(std::string(kFamily) + "/" + r.label) || o.selected(row_name(r));
-}
-
-struct Slot {
-  size_t row, variant;
-};
-std::map<std::string, Slot>& slots() {
-  static std::map<std::string, Slot> m;
-  return m;
-}
-
-void list(const zb::SuiteOptions& o) {
-  for (const Row& r : rows()) {
-    if (!selected(o, r)) continue;
-    std::string peers;
-    for (size_t vi = 2; vi < r.v.size(); ++vi) peers += (vi > 2 ? ", " : "") + r.v[vi].name;
-    printf("%s  peers %s\n", row_name(r).c_str(), peers.c_str());
-  }
-}
-
-size_t add(const zb::SuiteOptions& o) {
-  size_t runs = 0;
-  for (size_t ri = 0; ri < rows().size(); ++ri) {
-    const Row& r = rows()[ri];
-    if (!selected(o, r)) continue;
-    // A call at 16Mi takes longer than a run's least time: one round there keeps the
-    // whole family within a couple of minutes.
-    const int rounds = r.n >= 16 * kMi ? 1 : o.rounds;
-    for (int round = 0; round < rounds; ++round) {
-      for (size_t vi = 0; vi < r.v.size(); ++vi) {
-        if (!r.v[vi].call) continue;
-        const std::string name = row_name(r) + "/" + r.v[vi].name + "/" + std::to_string(round);
-        slots()[name] = Slot{ri, vi};
-        benchmark::RegisterBenchmark(name.c_str(), [ri, vi, round](benchmark::State& st) {
-          Bed& b = bed_for(ri);
-          Variant& v = rows()[ri].v[vi];
-          for (auto _ : st) {
-            v.call(b);
-            benchmark::ClobberMemory();
-          }
-          st.SetItemsProcessed(st.iterations() * b.n);
-          if (round == 0 && v.check && !v.check(b)) v.wrong = true;
-        })->MinTime(o.min_time);
-        ++runs;
-      }
-    }
-  }
-  return runs;
-}
-
-void record(const std::string& run, double seconds) {
-  const auto it = slots().find(run);
-  if (it == slots().end()) return;
-  double& best = rows()[it->second.row].v[it->second.variant].seconds;
-  if (!(best <= seconds)) best = seconds;
-}
-
-std::string rate(double per_second) {
-  const char* prefix[] = {"", "K", "M", "G", "T"};
-  int i = 0;
-  while (per_second >= 1000 && i < 4) per_second /= 1000, ++i;
-  char b[32];
-  snprintf(b, sizeof b, "%.2f %s", per_second, prefix[i]);
-  return b;
-}
-
-std::string fixed(double x, const char* format) {
-  if (!std::isfinite(x)) return "-";
-  char b[32];
-  snprintf(b, sizeof b, format, x);
-  return b;
-}
-
 // Highway's own list of the targets this processor supports, asked of the core library
 // that vqsort's library brings in (the bench links only the latter).
 std::string best_hwy_target() {
@@ -645,53 +520,22 @@ int print(const zb::SuiteOptions& o) {
          " pairs and write the result out inside the timed call\n", lead, kTopK);
   printf("%sa ratio is the peer's time over ours (above 1: this library is faster); 16Mi rows:"
          " one round, the others the fastest of %d\n\n", lead, o.rounds);
-  const char* row = o.markdown ? "| %s | %s | %s | %s | %s | %s | %s | %s | %s |\n"
-                               : "%-26s %-8s %5s %10s %5s  %-24s %7s %7s  %s\n";
-  printf(row, "function", "input", "keys", "keys/s", "copy", "peer", "vs peer", "target", "notes");
-  if (o.markdown) printf("|---|---|--:|--:|--:|---|--:|--:|---|\n");
-  int misses = 0, wrong = 0;
-  for (const Row& r : rows()) {
-    if (!selected(o, r) || !(r.v[1].seconds > 0)) continue;
-    const double copy = r.v[0].call ? r.v[0].seconds : 0;
-    auto net = [copy](const Variant& v) {
-      const double t = v.seconds - copy;
-      return t > 0 ? t : NAN;
-    };
-    const double ours = net(r.v[1]);
-    const std::string copy_share = r.v[0].call ? fixed(100 * copy / r.v[1].seconds, "%.0f%%") : "-";
-    if (r.v[1].wrong) ++wrong;
-    for (size_t vi = 2; vi < r.v.size(); ++vi) {
-      const Variant& p = r.v[vi];
-      const double ratio = net(p) / ours;
-      std::string notes;
-      auto note = [&notes](const std::string& s) { notes += (notes.empty() ? "" : " ") + s; };
-      // As printed: a ratio that shows as the target meets it.
-      if (p.target > 0 && std::isfinite(ratio) && std::round(100 * ratio) < std::round(100 * p.target)) {
-        note("MISS");
-        ++misses;
-      }
-      if (r.v[1].wrong) note("WRONG ours");
-      if (p.wrong) note("WRONG peer"), ++wrong;
-      printf(row, r.label.c_str(), input_name(r.input), size_name(r.n).c_str(),
-             std::isfinite(ours) ? rate(r.n / ours).c_str() : "-", copy_share.c_str(), p.name.c_str(),
-             fixed(ratio, "%.2f").c_str(), p.target > 0 ? fixed(p.target, "%.2f").c_str() : "", notes.c_str());
-    }
-  }
-  printf("\n%ssort targets missed: %d", lead, misses);
-  if (wrong > 0) printf(", wrong results: %d", wrong);
-  printf("\n");
-  return misses;
+  return suite.print(o);
 }
 
 const int registered = [] {
+  suite.family = "sort";
+  suite.ours = 1;
+  suite.part = [](const Row& r) { return input_name(r.input); };
+  suite.bed = [](size_t ri, size_t) -> Bed& { return bed_for(ri); };
+  suite.format = "%-26s %-8s %5s %10s %5s  %-24s %7s %7s  %s\n";
+  suite.headers = {"function", "input", "keys", "keys/s", "copy", "peer", "vs peer", "target", "notes"};
+  // What the copy was of our copy+sort time.
+  suite.fifth = [](const Row& r, double) {
+    return r.v[0].call ? zb::fixed(100 * r.v[0].seconds / r.v[1].seconds, "%.0f%%") : std::string("-");
+  };
   make_rows();
-  zb::Suite s;
-  s.family = kFamily;
-  s.list = list;
-  s.add = add;
-  s.record = record;
-  s.print = print;
-  return zb::add_suite(std::move(s));
+  return zb::add_suite(suite.suite(print));
 }();
 
 }  // namespace

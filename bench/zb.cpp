@@ -175,15 +175,6 @@ std::string cpu_name() {
   return model;
 }
 
-std::string rate(double per_second, const char* unit) {
-  const char* prefix[] = {"", "K", "M", "G", "T"};
-  int i = 0;
-  while (per_second >= 1000 && i < 4) per_second /= 1000, ++i;
-  char b[32];
-  snprintf(b, sizeof b, "%.2f %s%s", per_second, prefix[i], unit);
-  return b;
-}
-
 std::string ratio(double num, double den) {
   if (!(num > 0) || !(den > 0)) return "-";
   char b[16];
@@ -307,6 +298,16 @@ void run_base(const Case& c, const Arrays& a, int32_t n) {
 }
 
 }  // namespace
+
+std::string rate(double per_second, const char* unit) {
+  if (!std::isfinite(per_second)) return "-";
+  const char* prefix[] = {"", "K", "M", "G", "T"};
+  int i = 0;
+  while (per_second >= 1000 && i < 4) per_second /= 1000, ++i;
+  char b[32];
+  snprintf(b, sizeof b, "%.2f %s%s", per_second, prefix[i], unit);
+  return b;
+}
 
 int add_case(Case c) {
   cases().push_back(std::move(c));

@@ -97,7 +97,9 @@ int add_func(const char* family, const char* label, const char* symbol, Fn nativ
 // own) registers a Suite instead. The harness hands it the filter and the options; the
 // suite registers its own Google Benchmark runs, under names that start with
 // "<family>/"; the harness passes every finished run back to it and, at the end, lets it
-// print its own table below the shared one.
+// print its own table below the shared one. A family of rows, each one function on one
+// input timed next to its baselines and peers, makes its Suite with zb::RowSuite
+// (bench/zb_rows.h).
 struct SuiteOptions {
   std::function<bool(const std::string&)> selected;  // the filter, on "family/Label..."
   int rounds;                                        // --rounds
@@ -118,6 +120,9 @@ struct Suite {
 };
 
 int add_suite(Suite s);
+
+// A rate with a decimal prefix: "12.34 M" followed by `unit`; "-" when not finite.
+std::string rate(double per_second, const char* unit);
 
 // Strips the library prefix for the table.
 inline const char* short_name(const char* symbol) {
