@@ -72,22 +72,19 @@ ZIVKStatus agg_64s(const int64_t* src, int32_t len, const int8_t* nulls, int64_t
 }
 
 // ---- Float64
-// The bounds are finite: -DBL_MAX for AggMax, DBL_MAX for AggMin. Rows fold by two
-// rules whose difference shows with NaN and zeros (every compare is false for a NaN):
-// a row of a mixed block keeps r only if r is strictly better than it, a tail row or a
-// clean block's extreme replaces r unless it is strictly worse. A clean block is reduced
-// by the vector extreme, NaN-propagating and with +0.0 above -0.0.
+// The bounds are finite: -DBL_MAX for AggMax, DBL_MAX for AggMin. A row, or a clean
+// block's extreme, replaces the running value unless that is strictly better, so a NaN
+// on either side replaces it and of two equal zeros the later stays. A clean block is
+// reduced by the vector extreme, NaN-propagating and with +0.0 above -0.0: only there do
+// the zeros rank.
 template <Extreme kWhich>
 double fold_float64(const double* src, int32_t len, const int8_t* nulls, double start) {
   constexpr bool kMax = kWhich == Extreme::max;
   double r = start;
-  const auto block_row = [&](int64_t i) {
-    const double x = src[i];
+  const auto fold = [&](double x) {
     if (!(kMax ? r > x : r < x)) r = x;
   };
-  const auto tail_row = [&](double x) {
-    if (!(kMax ? x < r : x > r)) r = x;
-  };
+  const auto row = [&](int64_t i) { fold(src[i]); };
   using V = simd::vec<double, 1>;
   const auto extreme = [](const V& a, const V& b) {
     return kMax ? simd::max_propagating(a, b) : simd::min_propagating(a, b);
@@ -95,9 +92,9 @@ double fold_float64(const double* src, int32_t len, const int8_t* nulls, double 
   const auto clean = [&](int64_t i) {
     const V e = extreme(extreme(simd::load<V>(src + i), simd::load<V>(src + i + 2)),
                         extreme(simd::load<V>(src + i + 4), simd::load<V>(src + i + 6)));
-    tail_row(kMax ? simd::reduce_max(e) : simd::reduce_min(e));
+    fold(kMax ? simd::reduce_max(e) : simd::reduce_min(e));
   };
-  walk_rows(len, nulls, clean, block_row, [&](int64_t i) { tail_row(src[i]); });
+  walk_rows(len, nulls, clean, row, row);
   return r;
 }
 

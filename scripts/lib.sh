@@ -20,7 +20,7 @@ ensure_packages() {
   DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 }
 
-BASE_PACKAGES=(g++ cmake ninja-build pkg-config libgtest-dev googletest binutils)
+BASE_PACKAGES=(g++ cmake ninja-build pkg-config libgtest-dev googletest binutils libxxhash-dev)
 
 # configure_and_build DIR CMAKE-OPTIONS... : an incremental build in $ROOT/build/DIR.
 # Of the configure output only the line that names the chosen backend is shown.
