@@ -21,8 +21,8 @@ enum class Extreme { max, min };
 // ---- Integers: 16s, 32s, 64s
 // An integer extreme does not depend on the order of folding, and the start value is
 // the identity of the fold: a null row can stand in as the start, so every row folds
-// alike, clean block or not, in one loop without a branch that the compiler runs in
-// vectors.
+// alike, clean block or not, without a branch: 32-bit rows in registers with the flags
+// turned into lane masks, the others in a loop written for the compiler to vectorize.
 template <class T, Extreme kWhich>
 inline T better(T r, T x) {
   if constexpr (kWhich == Extreme::max) return x > r ? x : r;
@@ -35,9 +35,25 @@ T fold_integers(const T* src, int32_t len, const int8_t* nulls, T start) {
   if (nulls == nullptr) {
     for (int64_t i = 0; i < len; ++i) r = better<T, kWhich>(r, src[i]);
   } else {
+    int64_t i = 0;
+    if constexpr (sizeof(T) == 4) {
+      auto run = [&](auto w) {
+        using V = simd::vec<T, decltype(w)::value>;
+        const V from = simd::splat<V>(start);
+        V acc = from;
+        for (; i + V::kLanes <= len; i += V::kLanes) {
+          const V x = simd::select(simd::zero_flag_mask<V>(nulls + i), simd::load<V>(src + i), from);
+          acc = kWhich == Extreme::max ? simd::max(acc, x) : simd::min(acc, x);
+        }
+        const simd::lanes<V> a(acc);
+        for (int l = 0; l < V::kLanes; ++l) r = better<T, kWhich>(r, a.v[l]);
+      };
+      if constexpr (simd::kWide > 1) run(simd::width<simd::kWide>{});
+      run(simd::width<1>{});
+    }
     // The select written with a mask, the form the compiler vectorizes.
     using U = std::make_unsigned_t<T>;
-    for (int64_t i = 0; i < len; ++i) {
+    for (; i < len; ++i) {
       const U kept = 0 - static_cast<U>(nulls[i] == 0);
       r = better<T, kWhich>(r, static_cast<T>((static_cast<U>(src[i]) & kept) | (static_cast<U>(start) & ~kept)));
     }

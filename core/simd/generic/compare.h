@@ -59,6 +59,18 @@ inline bool any_true(const vec<T, K>& m) {
   return false;
 }
 
+// ---- zero_flag_mask
+// Returns the mask of the lanes whose flag byte, flags[l] for lane l, is zero, for
+// masks of 32-bit lanes: a null vector's flags turned into the rows to keep (ld1,
+// sxtl twice, cmeq #0).
+template <class V>
+inline V zero_flag_mask(const int8_t* flags) {
+  static_assert(sizeof(typename V::lane) == 4, "masks of 32-bit lanes");
+  V r;
+  for (int i = 0; i < V::kLanes; ++i) memset(&r.raw.v[i], flags[i] == 0 ? 0xFF : 0, sizeof(typename V::lane));
+  return r;
+}
+
 // ---- lane_bits
 // Returns a word with bit l set where lane l of the mask m is set, for masks of 32-bit
 // lanes (the lanes ANDed with 1, 2, 4, 8 and added across: and, addv).

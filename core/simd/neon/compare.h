@@ -59,6 +59,16 @@ inline bool any_true(const vec<T, K>& m) {
   return vmaxvq_u32(vreinterpretq_u32_u8(neon::bytes(m))) != 0;
 }
 
+// ---- zero_flag_mask
+template <class V>
+inline V zero_flag_mask(const int8_t* flags) {
+  static_assert(sizeof(typename V::lane) == 4, "masks of 32-bit lanes");
+  uint32_t w;
+  memcpy(&w, flags, sizeof w);
+  const int32x4_t f = vmovl_s16(vget_low_s16(vmovl_s8(vreinterpret_s8_u32(vdup_n_u32(w)))));
+  return neon::of_bytes<typename V::lane, V::kBlocks>(vreinterpretq_u8_u32(vceqq_s32(f, vdupq_n_s32(0))));
+}
+
 // ---- lane_bits
 template <class T, int K>
 inline uint32_t lane_bits(const vec<T, K>& m) {

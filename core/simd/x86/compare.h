@@ -58,6 +58,26 @@ inline bool any_true(const vec<T, K>& m) {
   return x86::ops<K>::any(x86::bits(m));
 }
 
+// ---- zero_flag_mask
+template <class V>
+inline V zero_flag_mask(const int8_t* flags) {
+  static_assert(sizeof(typename V::lane) == 4, "masks of 32-bit lanes");
+  using T = typename V::lane;
+  constexpr int K = V::kBlocks;
+  if constexpr (K == 1) {
+    int32_t w;
+    memcpy(&w, flags, sizeof w);
+    const __m128i f = _mm_cvtepi8_epi32(_mm_cvtsi32_si128(w));
+    return x86::of_bits<T, K>(_mm_cmpeq_epi32(f, _mm_setzero_si128()));
+  } else if constexpr (K == 2) {
+    const __m256i f = _mm256_cvtepi8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(flags)));
+    return x86::of_bits<T, K>(_mm256_cmpeq_epi32(f, _mm256_setzero_si256()));
+  } else {
+    const __m128i f = _mm_loadu_si128(reinterpret_cast<const __m128i*>(flags));
+    return x86::of_bits<T, K>(_mm512_movm_epi32(_mm_testn_epi8_mask(f, f)));
+  }
+}
+
 // ---- lane_bits
 template <class T, int K>
 inline uint32_t lane_bits(const vec<T, K>& m) {
