@@ -185,6 +185,190 @@ ZIVKS_API ZIVKStatus ZIVKS_Sub_16s_IS(const int16_t* src, int16_t* srcDst, int32
 ZIVKS_API ZIVKStatus ZIVKS_Sub_32s_S(const int32_t* src1, const int32_t* src2, int32_t* dst, int32_t len, double scale);
 ZIVKS_API ZIVKStatus ZIVKS_Sub_32s_IS(const int32_t* src, int32_t* srcDst, int32_t len, double scale);
 
+/* ---- ZIVKS_AddC_<T>_S, ZIVKS_SubC_<T>_S, ZIVKS_SubCRev_<T>_S and their _IS forms ----
+ * An array and a constant, scaled and saturated: r = saturate(round(x * M)) with x the
+ * exact value, computed in a wider integer before any scaling, and M the power of two
+ * that scale selects (see common.h):
+ *   AddC     x = src[i] + val     (_IS: srcDst[i] + val)
+ *   SubC     x = src[i] - val     (_IS: srcDst[i] - val)
+ *   SubCRev  x = val - src[i]     (_IS: val - srcDst[i])
+ * Rounding goes to nearest, a tie to the even neighbour; saturation is at the bounds of
+ * the type (an unsigned difference below 0 gives 0).
+ *
+ * Types: 8u 16u 16s 32s, each out of place (_S) and in place (_IS).
+ * Parameters:
+ *   src     len elements read
+ *   val     the constant
+ *   dst     len elements written
+ *   srcDst  len elements read and written
+ *   len     element count
+ *   scale   positive and finite; about the divisor of the exact result
+ * Statuses, in order of checks:
+ *   ZIVK_STS_NULL_PTR_ERR  an array pointer is null
+ *   ZIVK_STS_SIZE_ERR      len < 1
+ *   ZIVK_STS_SCALE_ERR     scale <= 0, infinite or NaN
+ * In place: SubC_8u_IS, SubC_16u_IS, SubCRev_8u_IS and SubCRev_16u_IS have loops of
+ * their own with the results of their twin; the others are the twin called with
+ * srcDst twice.
+ * Note: ZIVKS_AddC_8u_S and _IS with scale at or above 512 do not compute: they write 0
+ *   to every element (src is still checked for null). The shortcut is deliberate and
+ *   off by one where the exact result rounds up: 255 + 255 with scale 512 gives 0 here,
+ *   while ZIVKS_Add_8u_S gives 1.
+ * Note: a call is whole blocks of B elements, then a scalar tail of len % B elements
+ *   with the same results but for the next note. B by member and scale (scale "1" is
+ *   any scale strictly between 0.5 and 2, "above" scales of 2 or more):
+ *     AddC_8u 64 at 1, 16 above, 32 below     AddC_16u 32 at 1 or below, 16 above
+ *     AddC_16s 4       AddC_32s 16 at 1, 8 otherwise
+ *     SubC, SubCRev: 8u 64 above, 16 at 1 or below; 16u 32; 16s 4; 32s 2
+ * Note: where the scale is below 1 and the member shifts left (AddC 8u 16u 32s, SubC
+ *   and SubCRev 8u 16u), a block takes its shift count from the low byte of
+ *   k = log2(1 / scale) read as signed: for scale at or below 2^-128 it shifts right by
+ *   256 - k instead, AddC truncating and SubC / SubCRev rounding half up, while the tail
+ *   saturates every non-zero result. */
+ZIVKS_API ZIVKStatus ZIVKS_AddC_8u_S(const uint8_t* src, uint8_t val, uint8_t* dst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_AddC_8u_IS(uint8_t val, uint8_t* srcDst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_AddC_16u_S(const uint16_t* src, uint16_t val, uint16_t* dst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_AddC_16u_IS(uint16_t val, uint16_t* srcDst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_AddC_16s_S(const int16_t* src, int16_t val, int16_t* dst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_AddC_16s_IS(int16_t val, int16_t* srcDst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_AddC_32s_S(const int32_t* src, int32_t val, int32_t* dst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_AddC_32s_IS(int32_t val, int32_t* srcDst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_SubC_8u_S(const uint8_t* src, uint8_t val, uint8_t* dst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_SubC_8u_IS(uint8_t val, uint8_t* srcDst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_SubC_16u_S(const uint16_t* src, uint16_t val, uint16_t* dst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_SubC_16u_IS(uint16_t val, uint16_t* srcDst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_SubC_16s_S(const int16_t* src, int16_t val, int16_t* dst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_SubC_16s_IS(int16_t val, int16_t* srcDst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_SubC_32s_S(const int32_t* src, int32_t val, int32_t* dst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_SubC_32s_IS(int32_t val, int32_t* srcDst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_SubCRev_8u_S(const uint8_t* src, uint8_t val, uint8_t* dst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_SubCRev_8u_IS(uint8_t val, uint8_t* srcDst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_SubCRev_16u_S(const uint16_t* src, uint16_t val, uint16_t* dst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_SubCRev_16u_IS(uint16_t val, uint16_t* srcDst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_SubCRev_16s_S(const int16_t* src, int16_t val, int16_t* dst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_SubCRev_16s_IS(int16_t val, int16_t* srcDst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_SubCRev_32s_S(const int32_t* src, int32_t val, int32_t* dst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_SubCRev_32s_IS(int32_t val, int32_t* srcDst, int32_t len, double scale);
+
+/* ---- Scaled complex integers: ZIVKS_Add, Sub, AddC, SubC, SubCRev on 16sc and 32sc ---
+ * Each part of a complex element by itself, as a real operation on 2 * len parts (re
+ * with re, im with im, the constant's re with re parts and its im with im parts):
+ *   Add      src1[i] + src2[i]    (_IS: src[i] + srcDst[i])
+ *   Sub      src2[i] - src1[i]    (_IS: srcDst[i] - src[i])
+ *   AddC     src[i] + val         (_IS: srcDst[i] + val)
+ *   SubC     src[i] - val         (_IS: srcDst[i] - val)
+ *   SubCRev  val - src[i]         (_IS: val - srcDst[i])
+ * then r = saturate(round(x * M)) per part, x exact, M the power of two that scale
+ * selects (see common.h), a tie to the even neighbour, saturation at the signed bounds
+ * of the part (16sc: -32768 and 32767; 32sc: -2^31 and 2^31 - 1).
+ *
+ * Types: 16sc 32sc, each out of place (_S) and in place (_IS).
+ * Parameters: src1, src2, src, val, dst, srcDst, len (complex elements), scale, as for
+ *   the real members above.
+ * Statuses, in order of checks: ZIVK_STS_NULL_PTR_ERR, ZIVK_STS_SIZE_ERR (len < 1),
+ *   ZIVK_STS_SCALE_ERR.
+ * In place: Add and AddC are the twin with srcDst twice; Sub, SubC and SubCRev have
+ *   loops of their own with the results of their twin.
+ * Note: for scale at or below 2^-128 the members that shift left in whole blocks when
+ *   scale is below 1 (Add, AddC, and SubC / SubCRev of 32sc) take the count from the
+ *   low byte of k = log2(1 / scale) read as signed, so they shift right by 256 - k
+ *   (AddC truncating, the others rounding half up). In Add and AddC the last elements
+ *   of a call (the tail: len % B, B = 4, 8 or 16) saturate every non-zero part
+ *   instead; the 32sc SubC and SubCRev tails shift as their blocks do. */
+ZIVKS_API ZIVKStatus ZIVKS_Add_16sc_S(const ZIVK16sc* src1, const ZIVK16sc* src2, ZIVK16sc* dst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_Add_16sc_IS(const ZIVK16sc* src, ZIVK16sc* srcDst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_Add_32sc_S(const ZIVK32sc* src1, const ZIVK32sc* src2, ZIVK32sc* dst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_Add_32sc_IS(const ZIVK32sc* src, ZIVK32sc* srcDst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_Sub_16sc_S(const ZIVK16sc* src1, const ZIVK16sc* src2, ZIVK16sc* dst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_Sub_16sc_IS(const ZIVK16sc* src, ZIVK16sc* srcDst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_Sub_32sc_S(const ZIVK32sc* src1, const ZIVK32sc* src2, ZIVK32sc* dst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_Sub_32sc_IS(const ZIVK32sc* src, ZIVK32sc* srcDst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_AddC_16sc_S(const ZIVK16sc* src, ZIVK16sc val, ZIVK16sc* dst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_AddC_16sc_IS(ZIVK16sc val, ZIVK16sc* srcDst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_AddC_32sc_S(const ZIVK32sc* src, ZIVK32sc val, ZIVK32sc* dst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_AddC_32sc_IS(ZIVK32sc val, ZIVK32sc* srcDst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_SubC_16sc_S(const ZIVK16sc* src, ZIVK16sc val, ZIVK16sc* dst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_SubC_16sc_IS(ZIVK16sc val, ZIVK16sc* srcDst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_SubC_32sc_S(const ZIVK32sc* src, ZIVK32sc val, ZIVK32sc* dst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_SubC_32sc_IS(ZIVK32sc val, ZIVK32sc* srcDst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_SubCRev_16sc_S(const ZIVK16sc* src, ZIVK16sc val, ZIVK16sc* dst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_SubCRev_16sc_IS(ZIVK16sc val, ZIVK16sc* srcDst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_SubCRev_32sc_S(const ZIVK32sc* src, ZIVK32sc val, ZIVK32sc* dst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_SubCRev_32sc_IS(ZIVK32sc val, ZIVK32sc* srcDst, int32_t len, double scale);
+
+/* ---- ZIVKS_Add_64s_S, ZIVKS_AddC_64s_S, ZIVKS_AddC_64u_S ------------------------------
+ * 64-bit addition with a scale. The exact sum x (65 bits) is never put in a float:
+ * with s = log2(scale) as common.h selects it,
+ *   s below 0   the saturating sum shifted left by -s, saturating
+ *   s = 0       the saturating sum
+ *   s above 0   x / 2^s rounded by rndMode: 0 toward zero; 1 to nearest, a tie to the
+ *               even neighbour; any other value to nearest, a tie upward (toward
+ *               +infinity). Add_64s_S always rounds by 1. The result always fits.
+ *   s = 65 and up   0 (AddC_64u_S at s = 65 with val != 0 and rndMode != 0 keeps the
+ *               carry: 1 when x >= 2^64 for rndMode 2 and up, when x > 2^64 for 1)
+ * Parameters:
+ *   src1, src2, src  len elements read
+ *   val              the constant
+ *   dst              len elements written
+ *   len              element count
+ *   rndMode          0, 1, or any other value as above; never checked
+ *   scale            positive and finite
+ * Statuses, in order of checks: ZIVK_STS_NULL_PTR_ERR, ZIVK_STS_SIZE_ERR (len < 1),
+ *   ZIVK_STS_SCALE_ERR. A wrong rndMode is no error.
+ * Note: AddC_64s_S with val = -2^63 and rndMode 2 or above rounds a tie away from zero
+ *   (down) in the whole pairs of elements and upward (toward zero) in a last odd
+ *   element: with scale 2 and src {1, 1, 1} the results are -2^62, -2^62 and
+ *   -2^62 + 1. */
+ZIVKS_API ZIVKStatus ZIVKS_Add_64s_S(const int64_t* src1, const int64_t* src2, int64_t* dst, int32_t len, double scale);
+ZIVKS_API ZIVKStatus ZIVKS_AddC_64s_S(const int64_t* src, int64_t val, int64_t* dst, int32_t len, int32_t rndMode,
+                                      double scale);
+ZIVKS_API ZIVKStatus ZIVKS_AddC_64u_S(const uint64_t* src, uint64_t val, uint64_t* dst, int32_t len, int32_t rndMode,
+                                      double scale);
+
+/* ---- ZIVKS_AddProduct, ZIVKS_AddProductC: multiply-accumulate -------------------------
+ *   AddProduct    srcDst[i] += src1[i] * src2[i]
+ *   AddProductC   srcDst[i] += src[i] * val
+ * Floats (32f 64f): one fused multiply-add per element, a single rounding; a NaN in an
+ *   operand gives NaN in that element only.
+ * Complex floats (32fc 64fc): c + a * b, the two products of each part rounded in a
+ *   fixed order that shows in the last place: the first product of a part is rounded
+ *   to the element precision, the second is fused with it, then c is added. Whole
+ *   blocks (4 elements for 32fc, 2 for 64fc) and the tail of len % B elements choose
+ *   which product is rounded differently, so they may differ in the last place:
+ *     32fc block  re = c.re + fma(-a.im, b.im, a.re*b.re)   im = c.im + fma(a.im, b.re, a.re*b.im)
+ *     32fc tail   re = c.re + fma(a.re, b.re, -(a.im*b.im)) im = c.im + fma(a.re, b.im, a.im*b.re)
+ *     64fc block  re = c.re + fma(a.re, b.re, -(a.im*b.im)) im = c.im + fma(a.im, b.re, a.re*b.im)
+ *     64fc tail   as the 32fc tail
+ *   The tail writes re before it reads a and b again for im: with srcDst the same
+ *   array as src1 or src2, a tail element uses the new re. No such overlap is promised.
+ * Integers (_S): srcDst[i] = saturate(round((src1[i] * src2[i] + srcDst[i]) * M)), M
+ *   the power of two that scale selects, a tie to the even neighbour. The exact sum is
+ *   first converted to a float, then multiplied: float32 for 16s (a sum above 2^24
+ *   loses its low bits), float64 for 32s (above 2^53) and 16s32s (exact).
+ *
+ * Types: AddProduct 32f 64f 32fc 64fc 16s_S 32s_S 16s32s_S (src1, src2 16s, srcDst
+ *   32s); AddProductC 32f 64f.
+ * Parameters:
+ *   src1, src2, src  len elements read
+ *   val              the constant factor
+ *   srcDst           len elements read and written
+ *   len              element count
+ *   scale            (_S) positive and finite
+ * Statuses, in order of checks: ZIVK_STS_NULL_PTR_ERR, ZIVK_STS_SIZE_ERR (len < 1),
+ *   ZIVK_STS_SCALE_ERR (_S only). */
+ZIVKS_API ZIVKStatus ZIVKS_AddProduct_32f(const float* src1, const float* src2, float* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_AddProduct_64f(const double* src1, const double* src2, double* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_AddProduct_32fc(const ZIVK32fc* src1, const ZIVK32fc* src2, ZIVK32fc* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_AddProduct_64fc(const ZIVK64fc* src1, const ZIVK64fc* src2, ZIVK64fc* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_AddProductC_32f(const float* src, float val, float* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_AddProductC_64f(const double* src, double val, double* srcDst, int32_t len);
+ZIVKS_API ZIVKStatus ZIVKS_AddProduct_16s_S(const int16_t* src1, const int16_t* src2, int16_t* srcDst, int32_t len,
+                                            double scale);
+ZIVKS_API ZIVKStatus ZIVKS_AddProduct_32s_S(const int32_t* src1, const int32_t* src2, int32_t* srcDst, int32_t len,
+                                            double scale);
+ZIVKS_API ZIVKStatus ZIVKS_AddProduct_16s32s_S(const int16_t* src1, const int16_t* src2, int32_t* srcDst, int32_t len,
+                                               double scale);
+
 #ifdef __cplusplus
 }
 #endif
