@@ -122,7 +122,7 @@ void shifted_sum(const T* src1, const T* src2, T* dst, int32_t len, int32_t e, i
       len, dst,
       [&](int64_t i, auto w) {
         using VW = simd::vec<W, decltype(w)::value>;
-        return simd::shl_sat_round_by_low_byte(widened_sum<B, VW, decltype(w)>(src1, src2, i, ahead), e);
+        return simd::shl_sat_by_low_byte<lane::RightShift::kRound>(widened_sum<B, VW, decltype(w)>(src1, src2, i, ahead), e);
       },
       tail);
 }
@@ -282,7 +282,7 @@ ZIVKStatus sub_16u_s(const uint16_t* src1, const uint16_t* src2, uint16_t* dst, 
     auto step = [&](const auto& d) { return scaled_group(d, mvs.template get<std::decay_t<decltype(d)>::kBlocks>()); };
     for_blocks<32>(len, body(step, DstHint::kAhead), tail);
   } else {
-    for_blocks<32>(len, body([&](const auto& d) { return simd::shl_sat_round_by_low_byte(d, c.e); }, DstHint::kNone), tail);
+    for_blocks<32>(len, body([&](const auto& d) { return simd::shl_sat_by_low_byte<lane::RightShift::kRound>(d, c.e); }, DstHint::kNone), tail);
   }
   return ZIVK_STS_NO_ERR;
 }

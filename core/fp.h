@@ -11,6 +11,7 @@
 #include <stdint.h>
 #include <string.h>
 
+#include <cmath>
 #include <type_traits>
 
 namespace zivks::fp {
@@ -61,6 +62,20 @@ inline F nan_of(F a, F b) {
   return default_nan<F>();
 }
 
+// The NaN that a fused multiply-add a * b + c returns when its result is NaN: the
+// addend comes first, then the factors; a quiet NaN addend with a product of infinity
+// and zero is an invalid operation and gives the default NaN.
+template <class F>
+inline F nan_of_mul_add(F a, F b, F c) {
+  const bool inf_times_zero = (std::isinf(a) && b == 0) || (a == 0 && std::isinf(b));
+  if (is_nan(c) && !is_snan(c) && !is_snan(a) && !is_snan(b) && inf_times_zero) return default_nan<F>();
+  if (is_snan(c)) return quieten(c);
+  if (is_snan(a)) return quieten(a);
+  if (is_snan(b)) return quieten(b);
+  if (is_nan(c)) return c;
+  return nan_of(a, b);
+}
+
 template <class F>
 inline F add(F a, F b) {
   const F r = a + b;
@@ -77,6 +92,13 @@ template <class F>
 inline F mul(F a, F b) {
   const F r = a * b;
   return r == r ? r : nan_of(a, b);
+}
+
+// a * b + c with one rounding (fmla, fmadd).
+template <class F>
+inline F mul_add(F a, F b, F c) {
+  const F r = std::fma(a, b, c);
+  return r == r ? r : nan_of_mul_add(a, b, c);
 }
 
 }  // namespace zivks::fp

@@ -50,9 +50,9 @@ inline ZIVKStatus check_ptrs_len(int32_t len, const P*... p) {
 
 // Index of the first element after the whole blocks of B elements.
 template <int B>
-inline int64_t block_end(int32_t len) {
+inline int64_t block_end(int64_t len) {
   static_assert(B > 0 && (B & (B - 1)) == 0, "block sizes are powers of two");
-  return static_cast<int64_t>(len) & ~static_cast<int64_t>(B - 1);
+  return len & ~static_cast<int64_t>(B - 1);
 }
 
 // Runs block(i, simd::width<K>) over the whole blocks of B elements in ascending
@@ -60,7 +60,7 @@ inline int64_t block_end(int32_t len) {
 // caller promises that its result cannot depend on how blocks are grouped), and
 // returns the index of the first element left for the tail.
 template <int B, class Block>
-inline int64_t for_whole_blocks(int32_t len, Block&& block) {
+inline int64_t for_whole_blocks(int64_t len, Block&& block) {
   const int64_t n = block_end<B>(len);
   int64_t i = 0;
   if constexpr (simd::kWide > 1) {
@@ -73,7 +73,7 @@ inline int64_t for_whole_blocks(int32_t len, Block&& block) {
 
 // Whole blocks as above, then tail(i) for each remaining element in ascending order.
 template <int B, class Block, class Tail>
-inline void for_blocks(int32_t len, Block&& block, Tail&& tail) {
+inline void for_blocks(int64_t len, Block&& block, Tail&& tail) {
   for (int64_t i = for_whole_blocks<B>(len, block); i < len; ++i) tail(i);
 }
 
@@ -85,7 +85,7 @@ inline void for_blocks(int32_t len, Block&& block, Tail&& tail) {
 // element left for the tail.
 // K, the widest registers used, is the build's widest unless the caller asks for less.
 template <int B, int N, int K = simd::kWide, class Block>
-inline int64_t for_whole_block_groups(int32_t len, Block&& block) {
+inline int64_t for_whole_block_groups(int64_t len, Block&& block) {
   static_assert(K >= 1 && K <= simd::kWide, "registers the build has");
   const int64_t n = block_end<B>(len);
   constexpr int64_t kStep = int64_t{B} * K;
@@ -102,7 +102,7 @@ inline int64_t for_whole_block_groups(int32_t len, Block&& block) {
 
 // Groups of whole blocks as above, then tail(i) for each remaining element in order.
 template <int B, int N, int K = simd::kWide, class Block, class Tail>
-inline void for_block_groups(int32_t len, Block&& block, Tail&& tail) {
+inline void for_block_groups(int64_t len, Block&& block, Tail&& tail) {
   for (int64_t i = for_whole_block_groups<B, N, K>(len, block); i < len; ++i) tail(i);
 }
 
@@ -112,7 +112,7 @@ inline void for_block_groups(int32_t len, Block&& block, Tail&& tail) {
 // one block (a running count or sum), or whose result would depend on how blocks are
 // grouped.
 template <int B, class Block, class Tail>
-inline void for_single_blocks(int32_t len, Block&& block, Tail&& tail) {
+inline void for_single_blocks(int64_t len, Block&& block, Tail&& tail) {
   const int64_t n = block_end<B>(len);
   int64_t i = 0;
   for (; i < n; i += B) block(i, simd::width<1>{});

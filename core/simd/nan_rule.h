@@ -27,4 +27,13 @@ template <class V>
   return lr.get();
 }
 
+// The same for a fused a * b + c.
+template <class V>
+[[gnu::cold, gnu::noinline]] V rebuild_nans3(V r, V a, V b, V c) {
+  lanes<V> lr(r), la(a), lb(b), lc(c);
+  for (int i = 0; i < V::kLanes; ++i)
+    if (fp::is_nan(lr.v[i])) lr.v[i] = fp::nan_of_mul_add(la.v[i], lb.v[i], lc.v[i]);
+  return lr.get();
+}
+
 }  // namespace zivks::simd

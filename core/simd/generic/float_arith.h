@@ -28,6 +28,16 @@ inline vec<T, K> sub(const vec<T, K>& a, const vec<T, K>& b) {
   return r;
 }
 
+// ---- mul
+// Returns a * b in each lane, rounded to nearest even; a NaN result is the NaN of the
+// rule (fmul).
+template <class T, int K>
+inline vec<T, K> mul(const vec<T, K>& a, const vec<T, K>& b) {
+  vec<T, K> r;
+  for (int i = 0; i < vec<T, K>::kLanes; ++i) r.raw.v[i] = fp::mul(a.raw.v[i], b.raw.v[i]);
+  return r;
+}
+
 // ---- add_raw, sub_raw, mul_raw
 // Return a + b, a - b, a * b as add and sub do, except that a NaN lane holds some NaN,
 // not necessarily the rule's (fadd, fsub, fmul). A caller either tests the results with
@@ -41,6 +51,16 @@ template <class T, int K>
 inline vec<T, K> mul_raw(const vec<T, K>& a, const vec<T, K>& b) {
   vec<T, K> r;
   for (int i = 0; i < vec<T, K>::kLanes; ++i) r.raw.v[i] = fp::mul(a.raw.v[i], b.raw.v[i]);
+  return r;
+}
+
+// ---- mul_add
+// Returns a * b + c in each lane with one rounding; a NaN result is the NaN of the rule
+// for fused operations (fmla).
+template <class T, int K>
+inline vec<T, K> mul_add(const vec<T, K>& a, const vec<T, K>& b, const vec<T, K>& c) {
+  vec<T, K> r;
+  for (int i = 0; i < vec<T, K>::kLanes; ++i) r.raw.v[i] = fp::mul_add(a.raw.v[i], b.raw.v[i], c.raw.v[i]);
   return r;
 }
 

@@ -12,10 +12,6 @@ namespace zivks::simd {
 
 namespace generic {
 
-// A type wide enough for the exact sum or difference of two T.
-template <class T>
-using wide_t = std::conditional_t<sizeof(T) <= 2, int32_t, int64_t>;
-
 // op over the lanes of a and b as unsigned numbers of at least 32 bits, cut back to T.
 template <class T, int K, class Op>
 inline vec<T, K> wrap_lanes(const vec<T, K>& a, const vec<T, K>& b, Op op) {
@@ -71,26 +67,20 @@ inline vec<T, K> mul_wrap(const vec<T, K>& a, const vec<T, K>& b) {
 }
 
 // ---- add_sat
-// Returns a + b clamped to the lane's range, for lanes of at most 32 bits
-// (sqadd / uqadd).
+// Returns a + b clamped to the lane's range (sqadd / uqadd).
 template <class T, int K>
 inline vec<T, K> add_sat(const vec<T, K>& a, const vec<T, K>& b) {
   vec<T, K> r;
-  for (int i = 0; i < vec<T, K>::kLanes; ++i)
-    r.raw.v[i] = lane::clamp_to<T>(generic::wide_t<T>{a.raw.v[i]} + generic::wide_t<T>{b.raw.v[i]});
+  for (int i = 0; i < vec<T, K>::kLanes; ++i) r.raw.v[i] = lane::add_sat(a.raw.v[i], b.raw.v[i]);
   return r;
 }
 
 // ---- sub_sat
-// Returns a - b clamped to the lane's range, for lanes of at most 32 bits
-// (sqsub / uqsub).
+// Returns a - b clamped to the lane's range (sqsub / uqsub).
 template <class T, int K>
 inline vec<T, K> sub_sat(const vec<T, K>& a, const vec<T, K>& b) {
   vec<T, K> r;
-  for (int i = 0; i < vec<T, K>::kLanes; ++i) {
-    const auto d = generic::wide_t<T>{a.raw.v[i]} - generic::wide_t<T>{b.raw.v[i]};
-    r.raw.v[i] = d < 0 && std::is_unsigned_v<T> ? T{0} : lane::clamp_to<T>(d);
-  }
+  for (int i = 0; i < vec<T, K>::kLanes; ++i) r.raw.v[i] = lane::sub_sat(a.raw.v[i], b.raw.v[i]);
   return r;
 }
 
@@ -103,31 +93,16 @@ inline vec<T, K> abs_sat(const vec<T, K>& a) {
   return r;
 }
 
-// ---- shl_sat_round_by_low_byte
-// Returns the unsigned lanes shifted by the count n = the low byte of k read as a signed
-// number: for n >= 0 left, saturating at the lane's maximum; for n < 0 right by -n,
-// rounding half up; a count past the lane width leaves the maximum (0 for a zero lane)
-// to the left and 0 to the right (uqrshl with k in every lane).
-template <class T, int K>
-inline vec<T, K> shl_sat_round_by_low_byte(const vec<T, K>& a, int32_t k) {
-  static_assert(std::is_unsigned_v<T> && sizeof(T) <= 4, "unsigned lanes of up to 32 bits");
-  constexpr int bits = sizeof(T) * 8;
-  const int n = static_cast<int8_t>(static_cast<uint8_t>(k & 0xFF));
-  vec<T, K> r;
-  for (int i = 0; i < vec<T, K>::kLanes; ++i) {
-    const uint64_t x = a.raw.v[i];
-    uint64_t y;
-    if (n >= 0) {
-      if (x == 0) y = 0;
-      else if (n >= bits) y = std::numeric_limits<T>::max();
-      else y = lane::clamp_to<T>(x << n);
-    } else {
-      const int m = -n;
-      y = m > bits + 1 ? 0 : (x + (uint64_t{1} << (m - 1))) >> m;
-    }
-    r.raw.v[i] = static_cast<T>(y);
-  }
-  return r;
+// ---- shl_sat_by_low_byte
+// Returns the lanes shifted by the count n = the low byte of k read as a signed number:
+// for n >= 0 left, saturating at the lane's bounds (a count past the width saturates
+// every lane but 0); for n < 0 right by -n, truncating or rounding half up by r
+// (sqshl / uqshl, sqrshl / uqrshl with k in every lane).
+template <lane::RightShift r, class T, int K>
+inline vec<T, K> shl_sat_by_low_byte(const vec<T, K>& a, int32_t k) {
+  vec<T, K> v;
+  for (int i = 0; i < vec<T, K>::kLanes; ++i) v.raw.v[i] = lane::shl_sat_by_low_byte<r>(a.raw.v[i], k);
+  return v;
 }
 
 // ---- narrow_sat

@@ -23,6 +23,7 @@ inline uint64x2_t shl(uint64x2_t a, int64x2_t n) { return vshlq_u64(a, n); }
 inline int8x16_t shl(int8x16_t a, int8x16_t n) { return vshlq_s8(a, n); }
 inline int16x8_t shl(int16x8_t a, int16x8_t n) { return vshlq_s16(a, n); }
 inline int32x4_t shl(int32x4_t a, int32x4_t n) { return vshlq_s32(a, n); }
+inline int64x2_t shl(int64x2_t a, int64x2_t n) { return vshlq_s64(a, n); }
 
 }  // namespace neon
 

@@ -16,6 +16,7 @@ inline uint8x16_t ceq(int8x16_t a, int8x16_t b) { return vceqq_s8(a, b); }
 inline uint16x8_t ceq(int16x8_t a, int16x8_t b) { return vceqq_s16(a, b); }
 inline uint32x4_t ceq(int32x4_t a, int32x4_t b) { return vceqq_s32(a, b); }
 inline uint64x2_t ceq(int64x2_t a, int64x2_t b) { return vceqq_s64(a, b); }
+inline uint64x2_t ceq(uint64x2_t a, uint64x2_t b) { return vceqq_u64(a, b); }
 
 inline uint32x4_t cgt(float32x4_t a, float32x4_t b) { return vcgtq_f32(a, b); }
 inline uint64x2_t cgt(float64x2_t a, float64x2_t b) { return vcgtq_f64(a, b); }
@@ -26,6 +27,7 @@ inline uint8x16_t cgt(int8x16_t a, int8x16_t b) { return vcgtq_s8(a, b); }
 inline uint16x8_t cgt(int16x8_t a, int16x8_t b) { return vcgtq_s16(a, b); }
 inline uint32x4_t cgt(int32x4_t a, int32x4_t b) { return vcgtq_s32(a, b); }
 inline uint64x2_t cgt(int64x2_t a, int64x2_t b) { return vcgtq_s64(a, b); }
+inline uint64x2_t cgt(uint64x2_t a, uint64x2_t b) { return vcgtq_u64(a, b); }
 
 }  // namespace neon
 

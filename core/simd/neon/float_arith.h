@@ -35,6 +35,16 @@ inline vec<T, K> mul_raw(const vec<T, K>& a, const vec<T, K>& b) {
   else return {vmulq_f64(a.raw, b.raw)};
 }
 
+// ---- mul_add
+// The compiler may swap the factors of fmla, so a NaN lane is chosen again.
+template <class T, int K>
+inline vec<T, K> mul_add(const vec<T, K>& a, const vec<T, K>& b, const vec<T, K>& c) {
+  vec<T, K> r;
+  if constexpr (std::is_same_v<T, float>) r.raw = vfmaq_f32(c.raw, a.raw, b.raw);
+  else r.raw = vfmaq_f64(c.raw, a.raw, b.raw);
+  return __builtin_expect(neon::any_nan(r.raw), 0) ? rebuild_nans3(r, a, b, c) : r;
+}
+
 // ---- any_nan
 template <class T, int K, class... Rest>
 inline bool any_nan(const vec<T, K>& r0, const Rest&... rest) {
@@ -52,6 +62,13 @@ inline vec<T, K> add(const vec<T, K>& a, const vec<T, K>& b) {
 template <class T, int K>
 inline vec<T, K> sub(const vec<T, K>& a, const vec<T, K>& b) {
   const vec<T, K> r = sub_raw(a, b);
+  return __builtin_expect(neon::any_nan(r.raw), 0) ? rebuild_nans(r, a, b) : r;
+}
+
+// ---- mul
+template <class T, int K>
+inline vec<T, K> mul(const vec<T, K>& a, const vec<T, K>& b) {
+  const vec<T, K> r = mul_raw(a, b);
   return __builtin_expect(neon::any_nan(r.raw), 0) ? rebuild_nans(r, a, b) : r;
 }
 

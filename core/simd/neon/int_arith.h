@@ -1,6 +1,7 @@
 // NEON backend: integer lanes.
 #pragma once
 
+#include "core/lane.h"
 #include "core/simd/neon/base.h"
 
 namespace zivks::simd {
@@ -60,27 +61,30 @@ inline vec<T, 1> mul_wrap(const vec<T, 1>& a, const vec<T, 1>& b) {
   return vec<T, 1>{a.raw * b.raw};
 }
 
-// ---- add_sat
+// ---- add_sat, sub_sat
+// One overloaded name per instruction, so that every lane type has the same call.
+namespace neon {
+#define ZIVKS_NEON_SAT(suffix, R)                                            \
+  inline R qadd(R a, R b) { return vqaddq_##suffix(a, b); }                 \
+  inline R qsub(R a, R b) { return vqsubq_##suffix(a, b); }
+ZIVKS_NEON_SAT(u8, uint8x16_t)
+ZIVKS_NEON_SAT(s8, int8x16_t)
+ZIVKS_NEON_SAT(u16, uint16x8_t)
+ZIVKS_NEON_SAT(s16, int16x8_t)
+ZIVKS_NEON_SAT(u32, uint32x4_t)
+ZIVKS_NEON_SAT(s32, int32x4_t)
+ZIVKS_NEON_SAT(u64, uint64x2_t)
+ZIVKS_NEON_SAT(s64, int64x2_t)
+#undef ZIVKS_NEON_SAT
+}  // namespace neon
+
 template <class T>
 inline vec<T, 1> add_sat(const vec<T, 1>& a, const vec<T, 1>& b) {
-  vec<T, 1> r;
-  if constexpr (std::is_same_v<T, uint8_t>) r.raw = vqaddq_u8(a.raw, b.raw);
-  else if constexpr (std::is_same_v<T, uint16_t>) r.raw = vqaddq_u16(a.raw, b.raw);
-  else if constexpr (std::is_same_v<T, int16_t>) r.raw = vqaddq_s16(a.raw, b.raw);
-  else if constexpr (std::is_same_v<T, uint32_t>) r.raw = vqaddq_u32(a.raw, b.raw);
-  else static_assert(sizeof(T) == 0, "no such saturating add");
-  return r;
+  return {neon::qadd(a.raw, b.raw)};
 }
-
-// ---- sub_sat
 template <class T>
 inline vec<T, 1> sub_sat(const vec<T, 1>& a, const vec<T, 1>& b) {
-  vec<T, 1> r;
-  if constexpr (std::is_same_v<T, uint8_t>) r.raw = vqsubq_u8(a.raw, b.raw);
-  else if constexpr (std::is_same_v<T, uint16_t>) r.raw = vqsubq_u16(a.raw, b.raw);
-  else if constexpr (std::is_same_v<T, int16_t>) r.raw = vqsubq_s16(a.raw, b.raw);
-  else static_assert(sizeof(T) == 0, "no such saturating subtract");
-  return r;
+  return {neon::qsub(a.raw, b.raw)};
 }
 
 // ---- abs_sat
@@ -93,15 +97,26 @@ inline vec<T, 1> abs_sat(const vec<T, 1>& a) {
   return r;
 }
 
-// ---- shl_sat_round_by_low_byte
-template <class T>
-inline vec<T, 1> shl_sat_round_by_low_byte(const vec<T, 1>& a, int32_t k) {
+// ---- shl_sat_by_low_byte
+namespace neon {
+#define ZIVKS_NEON_QSHL(suffix, R, C)                                                          \
+  inline R qshl(R a, int8_t n) { return vqshlq_##suffix(a, vdupq_n_##C(n)); }                 \
+  inline R qrshl(R a, int8_t n) { return vqrshlq_##suffix(a, vdupq_n_##C(n)); }
+ZIVKS_NEON_QSHL(u8, uint8x16_t, s8)
+ZIVKS_NEON_QSHL(u16, uint16x8_t, s16)
+ZIVKS_NEON_QSHL(s16, int16x8_t, s16)
+ZIVKS_NEON_QSHL(u32, uint32x4_t, s32)
+ZIVKS_NEON_QSHL(s32, int32x4_t, s32)
+ZIVKS_NEON_QSHL(u64, uint64x2_t, s64)
+ZIVKS_NEON_QSHL(s64, int64x2_t, s64)
+#undef ZIVKS_NEON_QSHL
+}  // namespace neon
+
+template <lane::RightShift r, class T>
+inline vec<T, 1> shl_sat_by_low_byte(const vec<T, 1>& a, int32_t k) {
   const int8_t n = static_cast<int8_t>(static_cast<uint8_t>(k & 0xFF));
-  vec<T, 1> r;
-  if constexpr (std::is_same_v<T, uint16_t>) r.raw = vqrshlq_u16(a.raw, vdupq_n_s16(n));
-  else if constexpr (std::is_same_v<T, uint32_t>) r.raw = vqrshlq_u32(a.raw, vdupq_n_s32(n));
-  else static_assert(sizeof(T) == 0, "no such shift");
-  return r;
+  if constexpr (r == lane::RightShift::kRound) return {neon::qrshl(a.raw, n)};
+  else return {neon::qshl(a.raw, n)};
 }
 
 // ---- narrow_sat

@@ -59,16 +59,23 @@ inline vec<T, K> shl(const vec<T, K>& a, const shift_count<T, K>& n) {
 }
 
 // ---- shr
+// SSE has no arithmetic shift of 64-bit lanes: a negative lane is complemented, shifted
+// with zeros coming in, and complemented back.
 template <class T, int K>
 inline vec<T, K> shr(const vec<T, K>& a, const shift_count<T, K>& n) {
-  static_assert(std::is_integral_v<T> && sizeof(T) <= 4, "8-, 16- and 32-bit lanes");
+  static_assert(std::is_integral_v<T>, "integer lanes");
   static_assert(sizeof(T) > 1 || std::is_unsigned_v<T>, "no signed 8-bit right shift yet");
   using O = x86::ops<K>;
   if constexpr (sizeof(T) == 1) return bit_and(vec<T, K>{O::srl16(a.raw, n.n)}, n.keep_right);
   else if constexpr (sizeof(T) == 2 && std::is_signed_v<T>) return vec<T, K>{O::sra16(a.raw, n.n)};
   else if constexpr (sizeof(T) == 2) return vec<T, K>{O::srl16(a.raw, n.n)};
-  else if constexpr (std::is_signed_v<T>) return vec<T, K>{O::sra32(a.raw, n.n)};
-  else return vec<T, K>{O::srl32(a.raw, n.n)};
+  else if constexpr (sizeof(T) == 4 && std::is_signed_v<T>) return vec<T, K>{O::sra32(a.raw, n.n)};
+  else if constexpr (sizeof(T) == 4) return vec<T, K>{O::srl32(a.raw, n.n)};
+  else if constexpr (std::is_unsigned_v<T>) return vec<T, K>{O::srl64(a.raw, n.n)};
+  else {
+    const auto neg = O::cmpgt64(O::zero(), a.raw);
+    return vec<T, K>{O::srl64(a.raw ^ neg, n.n) ^ neg};
+  }
 }
 
 }  // namespace zivks::simd

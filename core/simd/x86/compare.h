@@ -2,6 +2,8 @@
 // the masks are the all-ones lanes of the Arm compares.
 #pragma once
 
+#include <limits>
+
 #include "core/simd/x86/bitwise.h"
 
 namespace zivks::simd {
@@ -27,15 +29,25 @@ inline vec<T, K> cmp_eq(const vec<T, K>& a, const vec<T, K>& b) {
 }
 
 // ---- cmp_gt
+// Unsigned lanes are compared as signed ones with the sign bit flipped in both.
 template <class T, int K>
 inline vec<T, K> cmp_gt(const vec<T, K>& a, const vec<T, K>& b) {
-  static_assert(!std::is_unsigned_v<T>, "no unsigned compare yet");
   using O = x86::ops<K>;
-  if constexpr (std::is_floating_point_v<T>) return x86::float_cmp<_CMP_GT_OQ>(a, b);
-  else if constexpr (sizeof(T) == 1) return vec<T, K>{O::cmpgt8(a.raw, b.raw)};
-  else if constexpr (sizeof(T) == 2) return vec<T, K>{O::cmpgt16(a.raw, b.raw)};
-  else if constexpr (sizeof(T) == 4) return vec<T, K>{O::cmpgt32(a.raw, b.raw)};
-  else return vec<T, K>{O::cmpgt64(a.raw, b.raw)};
+  if constexpr (std::is_floating_point_v<T>) {
+    return x86::float_cmp<_CMP_GT_OQ>(a, b);
+  } else if constexpr (std::is_unsigned_v<T>) {
+    using S = std::make_signed_t<T>;
+    const auto flip = splat<vec<S, K>>(std::numeric_limits<S>::min());
+    return reinterpret<T>(cmp_gt(bit_xor(reinterpret<S>(a), flip), bit_xor(reinterpret<S>(b), flip)));
+  } else if constexpr (sizeof(T) == 1) {
+    return vec<T, K>{O::cmpgt8(a.raw, b.raw)};
+  } else if constexpr (sizeof(T) == 2) {
+    return vec<T, K>{O::cmpgt16(a.raw, b.raw)};
+  } else if constexpr (sizeof(T) == 4) {
+    return vec<T, K>{O::cmpgt32(a.raw, b.raw)};
+  } else {
+    return vec<T, K>{O::cmpgt64(a.raw, b.raw)};
+  }
 }
 
 // ---- cmp_lt

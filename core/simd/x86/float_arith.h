@@ -33,6 +33,33 @@ inline vec<T, K> sub_raw(const vec<T, K>& a, const vec<T, K>& b) { return {a.raw
 template <class T, int K>
 inline vec<T, K> mul_raw(const vec<T, K>& a, const vec<T, K>& b) { return {a.raw * b.raw}; }
 
+// ---- mul_add
+// Levels with a fused unit use it; the baseline has none and fuses lane by lane.
+namespace x86 {
+#if defined(__FMA__)
+inline __m128 fmadd(__m128 a, __m128 b, __m128 c) { return _mm_fmadd_ps(a, b, c); }
+inline __m128d fmadd(__m128d a, __m128d b, __m128d c) { return _mm_fmadd_pd(a, b, c); }
+inline __m256 fmadd(__m256 a, __m256 b, __m256 c) { return _mm256_fmadd_ps(a, b, c); }
+inline __m256d fmadd(__m256d a, __m256d b, __m256d c) { return _mm256_fmadd_pd(a, b, c); }
+#endif
+#if defined(ZIVKS_X86_512)
+inline __m512 fmadd(__m512 a, __m512 b, __m512 c) { return _mm512_fmadd_ps(a, b, c); }
+inline __m512d fmadd(__m512d a, __m512d b, __m512d c) { return _mm512_fmadd_pd(a, b, c); }
+#endif
+}  // namespace x86
+
+template <class T, int K>
+inline vec<T, K> mul_add(const vec<T, K>& a, const vec<T, K>& b, const vec<T, K>& c) {
+#if defined(__FMA__)
+  const vec<T, K> r{x86::fmadd(a.raw, b.raw, c.raw)};
+#else
+  lanes<vec<T, K>> la(a), lb(b), lc(c);
+  for (int i = 0; i < vec<T, K>::kLanes; ++i) la.v[i] = std::fma(la.v[i], lb.v[i], lc.v[i]);
+  const vec<T, K> r = la.get();
+#endif
+  return __builtin_expect(any_nan(r), 0) ? rebuild_nans3(r, a, b, c) : r;
+}
+
 // ---- any_nan
 template <class T, int K, class... Rest>
 inline bool any_nan(const vec<T, K>& r0, const Rest&... rest) {
@@ -50,6 +77,13 @@ inline vec<T, K> add(const vec<T, K>& a, const vec<T, K>& b) {
 template <class T, int K>
 inline vec<T, K> sub(const vec<T, K>& a, const vec<T, K>& b) {
   const vec<T, K> r = sub_raw(a, b);
+  return __builtin_expect(any_nan(r), 0) ? rebuild_nans(r, a, b) : r;
+}
+
+// ---- mul
+template <class T, int K>
+inline vec<T, K> mul(const vec<T, K>& a, const vec<T, K>& b) {
+  const vec<T, K> r = mul_raw(a, b);
   return __builtin_expect(any_nan(r), 0) ? rebuild_nans(r, a, b) : r;
 }
 

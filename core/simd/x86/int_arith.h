@@ -7,7 +7,8 @@
 
 #include <limits>
 
-#include "core/simd/x86/base.h"
+#include "core/lane.h"
+#include "core/simd/x86/compare.h"
 
 namespace zivks::simd {
 
@@ -66,13 +67,30 @@ inline vec<T, K> sub_wrap(const vec<T, K>& a, const vec<T, K>& b) {
 }
 
 // ---- mul_wrap
+// 64-bit lanes: the compiler's sequence of 32-bit multiplies (one instruction at v4).
 template <class T, int K>
 inline vec<T, K> mul_wrap(const vec<T, K>& a, const vec<T, K>& b) {
-  static_assert(std::is_integral_v<T> && sizeof(T) == 4, "32-bit lanes");
-  return vec<T, K>{x86::ops<K>::mullo32(a.raw, b.raw)};
+  static_assert(std::is_integral_v<T> && sizeof(T) >= 4, "32- or 64-bit lanes");
+  if constexpr (sizeof(T) == 4) return vec<T, K>{x86::ops<K>::mullo32(a.raw, b.raw)};
+  else return vec<T, K>{a.raw * b.raw};
 }
 
+namespace x86 {
+
+// The wrapped signed result r of an operation on a, with `over` holding the overflow in
+// its sign bits: overflowed lanes take the bound on the side of a.
+template <class T, int K>
+inline vec<T, K> saturate_overflow(const vec<T, K>& a, const vec<T, K>& r, const vec<T, K>& over) {
+  using V = vec<T, K>;
+  const V bound = bit_xor(cmp_lt(a, zeros<V>()), splat<V>(std::numeric_limits<T>::max()));
+  return select(cmp_lt(over, zeros<V>()), bound, r);
+}
+
+}  // namespace x86
+
 // ---- add_sat
+// Where SSE has no saturating add, the wrapped sum is corrected: unsigned lanes that
+// carried become all ones, signed lanes whose sign the sum broke take the bound.
 template <class T, int K>
 inline vec<T, K> add_sat(const vec<T, K>& a, const vec<T, K>& b) {
   using O = x86::ops<K>;
@@ -81,7 +99,12 @@ inline vec<T, K> add_sat(const vec<T, K>& a, const vec<T, K>& b) {
   else if constexpr (std::is_same_v<T, int16_t>) return vec<T, K>{O::adds_i16(a.raw, b.raw)};
   // a + min(b, ~a) stops exactly at the maximum.
   else if constexpr (std::is_same_v<T, uint32_t>) return vec<T, K>{O::add32(a.raw, O::min_u32(b.raw, ~a.raw))};
-  else static_assert(sizeof(T) == 0, "no such saturating add");
+  else {
+    static_assert(sizeof(T) >= 4, "no such saturating add");
+    const vec<T, K> r = add_wrap(a, b);
+    if constexpr (std::is_unsigned_v<T>) return bit_or(r, cmp_gt(a, r));
+    else return x86::saturate_overflow(a, r, bit_and(bit_xor(r, a), bit_xor(r, b)));
+  }
 }
 
 // ---- sub_sat
@@ -91,7 +114,12 @@ inline vec<T, K> sub_sat(const vec<T, K>& a, const vec<T, K>& b) {
   if constexpr (std::is_same_v<T, uint8_t>) return vec<T, K>{O::subs_u8(a.raw, b.raw)};
   else if constexpr (std::is_same_v<T, uint16_t>) return vec<T, K>{O::subs_u16(a.raw, b.raw)};
   else if constexpr (std::is_same_v<T, int16_t>) return vec<T, K>{O::subs_i16(a.raw, b.raw)};
-  else static_assert(sizeof(T) == 0, "no such saturating subtract");
+  else {
+    static_assert(sizeof(T) >= 4, "no such saturating subtract");
+    const vec<T, K> r = sub_wrap(a, b);
+    if constexpr (std::is_unsigned_v<T>) return bit_and(r, bit_not(cmp_gt(b, a)));
+    else return x86::saturate_overflow(a, r, bit_and(bit_xor(a, b), bit_xor(a, r)));
+  }
 }
 
 // ---- abs_sat
@@ -105,31 +133,33 @@ inline vec<T, K> abs_sat(const vec<T, K>& a) {
   else static_assert(sizeof(T) == 0, "no such abs");
 }
 
-// ---- shl_sat_round_by_low_byte
-// Right: the plain shift plus the last bit shifted out. Left: the plain shift, and the
-// maximum in every lane above max >> n (past the width, every lane but 0).
-template <class T, int K>
-inline vec<T, K> shl_sat_round_by_low_byte(const vec<T, K>& a, int32_t k) {
-  static_assert(std::is_same_v<T, uint16_t> || std::is_same_v<T, uint32_t>, "no such shift");
-  using O = x86::ops<K>;
-  using R = typename O::I;
-  constexpr bool k16 = sizeof(T) == 2;
+// ---- shl_sat_by_low_byte
+// The count is the same in every lane, so its cases are chosen once: right shifts are
+// plain shifts plus, to round, the last bit shifted out; left shifts take the bound in
+// every lane beyond bound >> n.
+template <lane::RightShift r, class T, int K>
+inline vec<T, K> shl_sat_by_low_byte(const vec<T, K>& a, int32_t k) {
+  using V = vec<T, K>;
   constexpr int bits = sizeof(T) * 8;
+  constexpr T hi = std::numeric_limits<T>::max(), lo = std::numeric_limits<T>::min();
   const int n = static_cast<int8_t>(static_cast<uint8_t>(k & 0xFF));
-  const R x = a.raw;
-  // Counts past the width give 0.
-  auto srl = [](R v, int c) { return k16 ? O::srl16(v, _mm_cvtsi32_si128(c)) : O::srl32(v, _mm_cvtsi32_si128(c)); };
-  auto sll = [](R v, int c) { return k16 ? O::sll16(v, _mm_cvtsi32_si128(c)) : O::sll32(v, _mm_cvtsi32_si128(c)); };
-  auto set1 = [](uint32_t v) { return k16 ? O::set1_16(static_cast<int16_t>(v)) : O::set1_32(static_cast<int32_t>(v)); };
   if (n < 0) {
-    const int m = -n;
-    const R up = srl(x, m - 1) & set1(1);
-    return vec<T, K>{k16 ? O::add16(srl(x, m), up) : O::add32(srl(x, m), up)};
+    // floor(a / 2^m); past the width the sign of each lane.
+    auto floor_shift = [&](int m) -> V {
+      if (m < bits) return shr(a, shift_count<T, K>(m));
+      if constexpr (std::is_signed_v<T>) return shr(a, shift_count<T, K>(bits - 1));
+      else return zeros<V>();
+    };
+    const V q = floor_shift(-n);
+    if constexpr (r == lane::RightShift::kTruncate) return q;
+    else return add_wrap(q, bit_and(floor_shift(-n - 1), splat<V>(T{1})));
   }
-  const int c = n >= bits ? bits : n;
-  const R lim = set1(n >= bits ? 0u : static_cast<uint32_t>(std::numeric_limits<T>::max()) >> c);
-  const R fits = k16 ? O::cmpeq16(O::min_u16(x, lim), x) : O::cmpeq32(O::min_u32(x, lim), x);
-  return vec<T, K>{sll(x, n) | ~fits};
+  const bool past = n >= bits;
+  const V shifted = past ? zeros<V>() : shl(a, shift_count<T, K>(n));
+  V res = select(cmp_gt(a, splat<V>(past ? T{0} : static_cast<T>(hi >> n))), splat<V>(hi), shifted);
+  if constexpr (std::is_signed_v<T>)
+    res = select(cmp_lt(a, splat<V>(past ? T{0} : static_cast<T>(lo >> n))), splat<V>(lo), res);
+  return res;
 }
 
 namespace x86 {

@@ -106,6 +106,7 @@ struct ops<1> {
   static I sll64(I a, __m128i n) { return _mm_sll_epi64(a, n); }
   static I srl16(I a, __m128i n) { return _mm_srl_epi16(a, n); }
   static I srl32(I a, __m128i n) { return _mm_srl_epi32(a, n); }
+  static I srl64(I a, __m128i n) { return _mm_srl_epi64(a, n); }
   static I sra16(I a, __m128i n) { return _mm_sra_epi16(a, n); }
   static I sra32(I a, __m128i n) { return _mm_sra_epi32(a, n); }
   static I widen_u8_16(H x) { return _mm_cvtepu8_epi16(x); }
@@ -240,6 +241,7 @@ struct ops<2> {
   static I sll64(I a, __m128i n) { return _mm256_sll_epi64(a, n); }
   static I srl16(I a, __m128i n) { return _mm256_srl_epi16(a, n); }
   static I srl32(I a, __m128i n) { return _mm256_srl_epi32(a, n); }
+  static I srl64(I a, __m128i n) { return _mm256_srl_epi64(a, n); }
   static I sra16(I a, __m128i n) { return _mm256_sra_epi16(a, n); }
   static I sra32(I a, __m128i n) { return _mm256_sra_epi32(a, n); }
   static I widen_u8_16(H x) { return _mm256_cvtepu8_epi16(x); }
@@ -366,6 +368,7 @@ struct ops<4> {
   static I sll64(I a, __m128i n) { return _mm512_maskz_sll_epi64(kAll8, a, n); }
   static I srl16(I a, __m128i n) { return _mm512_srl_epi16(a, n); }
   static I srl32(I a, __m128i n) { return _mm512_maskz_srl_epi32(kAll16, a, n); }
+  static I srl64(I a, __m128i n) { return _mm512_maskz_srl_epi64(kAll8, a, n); }
   static I sra16(I a, __m128i n) { return _mm512_sra_epi16(a, n); }
   static I sra32(I a, __m128i n) { return _mm512_maskz_sra_epi32(kAll16, a, n); }
   static I widen_u8_16(H x) { return _mm512_cvtepu8_epi16(x); }
