@@ -8,16 +8,13 @@
 // The left shifts of a block take their count from the low byte of e read as a signed
 // number, so from e = 128 the block shifts right (rounding half up) while the tail's
 // float32 M is infinite and saturates; that difference is kept.
-#include "core/frame.h"
-#include "core/operands.h"
-#include "core/ops.h"
-#include "core/rounding.h"
-#include "core/scale.h"
+#include "arithmetic/scaled.h"
 
 namespace {
 
 using namespace zivks;
 using rounding::Mode;
+using scaled::narrowing_blocks;
 
 // Read hints, in bytes ahead of the element read, per member and path.
 constexpr int64_t kAdd8uReadAheadBytes = 512;         // e = 0
@@ -59,43 +56,12 @@ inline V widened_sum(const T* src1, const T* src2, int64_t i, int64_t ahead) {
   return simd::add_wrap(simd::load_widen<V>(src1 + i), simd::load_widen<V>(src2 + i));
 }
 
-// Whole blocks of B elements whose results are made in lanes twice as wide as To and
-// narrow with saturation: result(i, w) gives the wide lanes of the register of w blocks
-// from element i. The blocks go in pairs of registers where they can, so that one
-// narrowing fills a whole register; otherwise it fills half of one. Then the tail.
-template <int B, class To, class Result, class Tail>
-inline void narrowing_blocks(int32_t len, To* dst, Result&& result, Tail&& tail) {
-  for_block_groups<B, 2>(
-      len,
-      [&](int64_t i, auto g) {
-        constexpr int K = decltype(g)::value;
-        const auto r0 = result(i, simd::width<K>{});
-        if constexpr (decltype(g)::kCount == 2) {
-          simd::store(dst + i, simd::narrow_sat<To>(r0, result(i + int64_t{B} * K, simd::width<K>{})));
-        } else {
-          simd::store_lo(dst + i, simd::narrow_sat<To>(r0, r0));
-        }
-      },
-      tail);
-}
-
-struct Scaled {
-  int32_t e;
-  ZIVKStatus st;
-};
-
-inline Scaled check(int32_t len, double scale, const void* a, const void* b, const void* d) {
-  if (const ZIVKStatus st = check_ptrs_len(len, a, b, d)) return {0, st};
-  if (const ZIVKStatus st = scale::check(scale)) return {0, st};
-  return {scale::exponent(scale), ZIVK_STS_NO_ERR};
-}
-
 // int16 and int32: widen, add or subtract, convert to float32 (int16) or float64
 // (int32), multiply by M, round to nearest even, narrow with saturation. 4 int16 or 2
 // int32 elements a block, for every scale.
 template <AddSub op, class T>
 ZIVKStatus signed_scaled(const T* src1, const T* src2, T* dst, int32_t len, double scale) {
-  const Scaled c = check(len, scale, src1, src2, dst);
+  const scaled::Checked c = scaled::check(len, scale, src1, src2, dst);
   if (c.st) return c.st;
   using F = std::conditional_t<sizeof(T) == 2, float, double>;
   using W = std::conditional_t<sizeof(T) == 2, int32_t, int64_t>;
@@ -132,7 +98,7 @@ void shifted_sum(const T* src1, const T* src2, T* dst, int32_t len, int32_t e, i
 // reproduce exactly (a sum is at most 510, and any product that can round above 0 is
 // exact in both). e > 0: the sum shifted left, saturating at 65535, 8 a block.
 ZIVKStatus add_8u_s(const uint8_t* src1, const uint8_t* src2, uint8_t* dst, int32_t len, double scale) {
-  const Scaled c = check(len, scale, src1, src2, dst);
+  const scaled::Checked c = scaled::check(len, scale, src1, src2, dst);
   if (c.st) return c.st;
   if (c.e == 0) {
     for_blocks<16>(
@@ -180,7 +146,7 @@ ZIVKStatus add_8u_s(const uint8_t* src1, const uint8_t* src2, uint8_t* dst, int3
 // e < 0 multiplies in float32; e > 0 shifts left saturating at 2^32 - 1. Both narrow
 // with saturation.
 ZIVKStatus add_16u_s(const uint16_t* src1, const uint16_t* src2, uint16_t* dst, int32_t len, double scale) {
-  const Scaled c = check(len, scale, src1, src2, dst);
+  const scaled::Checked c = scaled::check(len, scale, src1, src2, dst);
   if (c.st) return c.st;
   if (c.e == 0) return ZIVKS_Add_16u(src1, src2, dst, len);
   const float m = scale::multiplier<float>(c.e);
@@ -220,7 +186,7 @@ inline simd::vec<uint16_t, K> scaled_group(const simd::vec<uint16_t, K>& d, cons
 // where M is 1: there is no shift path and no unscaled path). The tail subtracts as
 // signed integers, and a negative product gives 0.
 ZIVKStatus sub_8u_s(const uint8_t* src1, const uint8_t* src2, uint8_t* dst, int32_t len, double scale) {
-  const Scaled c = check(len, scale, src1, src2, dst);
+  const scaled::Checked c = scaled::check(len, scale, src1, src2, dst);
   if (c.st) return c.st;
   const float m = scale::multiplier<float>(c.e);
   const broadcast<float> mvs(m);
@@ -252,7 +218,7 @@ ZIVKStatus sub_8u_s(const uint8_t* src1, const uint8_t* src2, uint8_t* dst, int3
 // narrowing (M is below 1 there, so it never wraps); for e > 0 a left shift saturating
 // at 65535.
 ZIVKStatus sub_16u_s(const uint16_t* src1, const uint16_t* src2, uint16_t* dst, int32_t len, double scale) {
-  const Scaled c = check(len, scale, src1, src2, dst);
+  const scaled::Checked c = scaled::check(len, scale, src1, src2, dst);
   if (c.st) return c.st;
   constexpr int kVecs = 4;
   const float m = scale::multiplier<float>(c.e);
