@@ -5,6 +5,8 @@
 //     fix different orders, so they may differ in the last place.
 //   Integers: x = a * b + c exact, converted to a float first, then times M, rounded to
 //     nearest even and saturated.
+#include <utility>
+
 #include "arithmetic/scaled.h"
 
 namespace {
@@ -12,23 +14,38 @@ namespace {
 using namespace zivks;
 using scaled::Checked;
 
+// Whether any lane of the n registers is NaN, tested on all of them at once.
+template <class V, size_t n, size_t... j>
+inline bool any_nan_in(const V (&r)[n], std::index_sequence<j...>) {
+  return simd::any_nan(r[j]...);
+}
+
 // ---- Real floats: srcDst[i] = fma(a[i], b[i], srcDst[i]) in blocks of B, srcDst read
-// kAccAhead bytes ahead.
+// kAccAhead bytes ahead. Four registers go at a time, with one test for NaN: only then
+// are they made again by the NaN rule.
 template <int B, int kAccAhead = 0, class F, class A, class Bop>
-inline void fused(const A& a, const Bop& b, F* acc, int32_t len) {
+inline void fused(A a, Bop b, F* acc, int32_t len) {
   const array_operand<F, kAccAhead> c{acc};
   static_assert(B * sizeof(F) % 16 == 0, "a block is whole registers");
   constexpr int kRegs = B * sizeof(F) / 16;
-  for_blocks<B>(
+  for_block_groups<B, 4 / kRegs>(
       len,
-      [&](int64_t i, auto w) {
-        using V = simd::vec<F, decltype(w)::value>;
-        V r[kRegs];
-        for (int j = 0; j < kRegs; ++j) {
+      [&](int64_t i, auto g) {
+        using G = decltype(g);
+        using V = simd::vec<F, G::value>;
+        constexpr size_t n = G::kCount * kRegs;
+        V r[n];
+        for (size_t j = 0; j < n; ++j) {
           const int64_t at = i + int64_t{V::kLanes} * j;
-          r[j] = simd::mul_add(a.template vec<V>(at), b.template vec<V>(at), c.template vec<V>(at));
+          r[j] = simd::mul_add_raw(a.template vec<V>(at), b.template vec<V>(at), c.template vec<V>(at));
         }
-        for (int j = 0; j < kRegs; ++j) simd::store(acc + i + int64_t{V::kLanes} * j, r[j]);
+        if (__builtin_expect(any_nan_in(r, std::make_index_sequence<n>{}), 0)) {
+          for (size_t j = 0; j < n; ++j) {
+            const int64_t at = i + int64_t{V::kLanes} * j;
+            r[j] = simd::mul_add(a.template vec<V>(at), b.template vec<V>(at), c.template vec<V>(at));
+          }
+        }
+        for (size_t j = 0; j < n; ++j) simd::store(acc + i + int64_t{V::kLanes} * j, r[j]);
       },
       [&](int64_t i) { acc[i] = fp::mul_add(a.at(i), b.at(i), acc[i]); });
 }

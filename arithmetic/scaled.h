@@ -149,12 +149,15 @@ struct Hints {
   int64_t read = 0, write = 0;
 };
 
+// The loops take their operands by value: held in locals, their pointers are not
+// reloaded after every store to dst, which might otherwise alias them.
+
 // ---- blocks_of_registers
 // Runs whole blocks of B parts P, each a whole number of registers, over n parts: dst's
 // registers are step(a register, b register), the hints of the path sent first; then
 // tail(i) for each part left. A complex array is 2 * len parts, its blocks 2 * B parts.
 template <int B, class P, class A, class Bop, class Step, class Tail>
-inline void blocks_of_registers(const A& a, const Bop& b, P* dst, int64_t n, Hints h, Step&& step, Tail&& tail) {
+inline void blocks_of_registers(A a, Bop b, P* dst, int64_t n, Hints h, Step&& step, Tail&& tail) {
   static_assert(B * sizeof(P) % 16 == 0, "a block is whole registers");
   constexpr int kRegs = B * sizeof(P) / 16;
   for_blocks<B>(
@@ -188,7 +191,7 @@ inline P multiply_tail(const A& a, const Bop& b, int64_t i, F m) {
 // rule. A block of half a register makes its x in the wide lanes straight from the
 // operands.
 template <int B, Op op, class P, class A, class Bop>
-inline void multiply_blocks(const A& a, const Bop& b, P* dst, int64_t n, int32_t e, Hints h) {
+inline void multiply_blocks(A a, Bop b, P* dst, int64_t n, int32_t e, Hints h) {
   using F = float_t<P>;
   const F m = scale::multiplier<F>(e);
   const broadcast<F> mvs(m);
@@ -223,7 +226,7 @@ enum class TailScale { kMultiply, kPowEach, kShift };
 // range, then, for e above 0, shifted left by e with saturation (the count of a block
 // read from the low byte of e; a count read as negative shifts right by `right`).
 template <int B, Op op, lane::RightShift right, TailScale ts, class P, class A, class Bop>
-inline void saturating_blocks(const A& a, const Bop& b, P* dst, int64_t n, int32_t e, Hints h) {
+inline void saturating_blocks(A a, Bop b, P* dst, int64_t n, int32_t e, Hints h) {
   using F = float_t<P>;
   const F m = scale::multiplier<F>(e);
   auto tail = [&](int64_t i) {
@@ -249,7 +252,7 @@ inline void saturating_blocks(const A& a, const Bop& b, P* dst, int64_t n, int32
 // x = a op b exact in the wide lanes, shifted left by e with saturation there (a count
 // read as negative rounds half up), narrowed with saturation; the tail multiplies by M.
 template <int B, Op op, class P, class A, class Bop>
-inline void widened_shift_blocks(const A& a, const Bop& b, P* dst, int64_t n, int32_t e, Hints h) {
+inline void widened_shift_blocks(A a, Bop b, P* dst, int64_t n, int32_t e, Hints h) {
   using F = float_t<P>;
   const F m = scale::multiplier<F>(e);
   blocks_of_registers<B>(

@@ -118,7 +118,7 @@ inline simd::vec<T, K> rounded_shift(const simd::vec<T, K>& a, const simd::vec<T
 
 // Pairs of elements of a op b by `block`, then the odd last one by `tail`.
 template <class T, class A, class B, class Block, class Tail>
-inline void pairs(const A& a, const B& b, T* dst, int32_t len, Block&& block, Tail&& tail) {
+inline void pairs(A a, B b, T* dst, int32_t len, Block&& block, Tail&& tail) {
   for_blocks<kBlock>(
       len,
       [&](int64_t i, auto w) {

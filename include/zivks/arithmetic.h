@@ -273,8 +273,9 @@ ZIVKS_API ZIVKStatus ZIVKS_SubCRev_32s_IS(int32_t val, int32_t* srcDst, int32_t 
  *   scale is below 1 (Add, AddC, and SubC / SubCRev of 32sc) take the count from the
  *   low byte of k = log2(1 / scale) read as signed, so they shift right by 256 - k
  *   (AddC truncating, the others rounding half up). In Add and AddC the last elements
- *   of a call (the tail: len % B, B = 4, 8 or 16) saturate every non-zero part
- *   instead; the 32sc SubC and SubCRev tails shift as their blocks do. */
+ *   of a call (the tail: len % B, B = 8 (Add) or 16 (AddC) for 16sc, 2 (Add) or 8
+ *   (AddC) for 32sc) saturate every non-zero part instead; the 32sc SubC and SubCRev
+ *   tails shift as their blocks do. */
 ZIVKS_API ZIVKStatus ZIVKS_Add_16sc_S(const ZIVK16sc* src1, const ZIVK16sc* src2, ZIVK16sc* dst, int32_t len, double scale);
 ZIVKS_API ZIVKStatus ZIVKS_Add_16sc_IS(const ZIVK16sc* src, ZIVK16sc* srcDst, int32_t len, double scale);
 ZIVKS_API ZIVKStatus ZIVKS_Add_32sc_S(const ZIVK32sc* src1, const ZIVK32sc* src2, ZIVK32sc* dst, int32_t len, double scale);

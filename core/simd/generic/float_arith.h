@@ -64,6 +64,14 @@ inline vec<T, K> mul_add(const vec<T, K>& a, const vec<T, K>& b, const vec<T, K>
   return r;
 }
 
+// ---- mul_add_raw
+// Returns mul_add except that a NaN lane holds some NaN (fmla), for callers that test
+// with any_nan and redo with mul_add. Here the lanes already hold the rule's NaN.
+template <class T, int K>
+inline vec<T, K> mul_add_raw(const vec<T, K>& a, const vec<T, K>& b, const vec<T, K>& c) {
+  return mul_add(a, b, c);
+}
+
 // ---- any_nan
 // Returns whether a raw result needs its NaN lanes chosen again: here never, as the raw
 // operations already follow the rule.

@@ -35,13 +35,18 @@ inline vec<T, K> mul_raw(const vec<T, K>& a, const vec<T, K>& b) {
   else return {vmulq_f64(a.raw, b.raw)};
 }
 
+// ---- mul_add_raw
+template <class T, int K>
+inline vec<T, K> mul_add_raw(const vec<T, K>& a, const vec<T, K>& b, const vec<T, K>& c) {
+  if constexpr (std::is_same_v<T, float>) return {vfmaq_f32(c.raw, a.raw, b.raw)};
+  else return {vfmaq_f64(c.raw, a.raw, b.raw)};
+}
+
 // ---- mul_add
 // The compiler may swap the factors of fmla, so a NaN lane is chosen again.
 template <class T, int K>
 inline vec<T, K> mul_add(const vec<T, K>& a, const vec<T, K>& b, const vec<T, K>& c) {
-  vec<T, K> r;
-  if constexpr (std::is_same_v<T, float>) r.raw = vfmaq_f32(c.raw, a.raw, b.raw);
-  else r.raw = vfmaq_f64(c.raw, a.raw, b.raw);
+  const vec<T, K> r = mul_add_raw(a, b, c);
   return __builtin_expect(neon::any_nan(r.raw), 0) ? rebuild_nans3(r, a, b, c) : r;
 }
 

@@ -48,15 +48,21 @@ inline __m512d fmadd(__m512d a, __m512d b, __m512d c) { return _mm512_fmadd_pd(a
 #endif
 }  // namespace x86
 
+// ---- mul_add_raw
 template <class T, int K>
-inline vec<T, K> mul_add(const vec<T, K>& a, const vec<T, K>& b, const vec<T, K>& c) {
+inline vec<T, K> mul_add_raw(const vec<T, K>& a, const vec<T, K>& b, const vec<T, K>& c) {
 #if defined(__FMA__)
-  const vec<T, K> r{x86::fmadd(a.raw, b.raw, c.raw)};
+  return vec<T, K>{x86::fmadd(a.raw, b.raw, c.raw)};
 #else
   lanes<vec<T, K>> la(a), lb(b), lc(c);
   for (int i = 0; i < vec<T, K>::kLanes; ++i) la.v[i] = std::fma(la.v[i], lb.v[i], lc.v[i]);
-  const vec<T, K> r = la.get();
+  return la.get();
 #endif
+}
+
+template <class T, int K>
+inline vec<T, K> mul_add(const vec<T, K>& a, const vec<T, K>& b, const vec<T, K>& c) {
+  const vec<T, K> r = mul_add_raw(a, b, c);
   return __builtin_expect(any_nan(r), 0) ? rebuild_nans3(r, a, b, c) : r;
 }
 

@@ -82,8 +82,13 @@ namespace x86 {
 template <class T, int K>
 inline vec<T, K> saturate_overflow(const vec<T, K>& a, const vec<T, K>& r, const vec<T, K>& over) {
   using V = vec<T, K>;
-  const V bound = bit_xor(cmp_lt(a, zeros<V>()), splat<V>(std::numeric_limits<T>::max()));
-  return select(cmp_lt(over, zeros<V>()), bound, r);
+  // The sign of a lane spread over it: one shift for 32-bit lanes, a compare for 64.
+  auto sign_mask = [](const V& x) {
+    if constexpr (sizeof(T) == 4) return shr(x, shift_count<T, K>(31));
+    else return cmp_lt(x, zeros<V>());
+  };
+  const V bound = bit_xor(sign_mask(a), splat<V>(std::numeric_limits<T>::max()));
+  return select(sign_mask(over), bound, r);
 }
 
 }  // namespace x86
