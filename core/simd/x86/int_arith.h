@@ -78,17 +78,20 @@ inline vec<T, K> mul_wrap(const vec<T, K>& a, const vec<T, K>& b) {
 namespace x86 {
 
 // The wrapped signed result r of an operation on a, with `over` holding the overflow in
-// its sign bits: overflowed lanes take the bound on the side of a.
+// its sign bits: overflowed lanes take the bound on the side of a. The blend reads the
+// sign bits themselves.
 template <class T, int K>
 inline vec<T, K> saturate_overflow(const vec<T, K>& a, const vec<T, K>& r, const vec<T, K>& over) {
   using V = vec<T, K>;
-  // The sign of a lane spread over it: one shift for 32-bit lanes, a compare for 64.
-  auto sign_mask = [](const V& x) {
-    if constexpr (sizeof(T) == 4) return shr(x, shift_count<T, K>(31));
-    else return cmp_lt(x, zeros<V>());
-  };
-  const V bound = bit_xor(sign_mask(a), splat<V>(std::numeric_limits<T>::max()));
-  return select(sign_mask(over), bound, r);
+  using O = ops<K>;
+  const V max = splat<V>(std::numeric_limits<T>::max());
+  if constexpr (sizeof(T) == 4) {
+    const V bound = bit_xor(shr(a, shift_count<T, K>(31)), max);
+    return V{O::blend_sign32(r.raw, bound.raw, over.raw)};
+  } else {
+    const V bound = bit_xor(cmp_lt(a, zeros<V>()), max);
+    return V{O::blend_sign64(r.raw, bound.raw, over.raw)};
+  }
 }
 
 }  // namespace x86

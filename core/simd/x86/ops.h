@@ -101,6 +101,13 @@ struct ops<1> {
   static I cmpgt32(I a, I b) { return _mm_cmpgt_epi32(a, b); }
   static I cmpgt64(I a, I b) { return _mm_cmpgt_epi64(a, b); }
   static I blendv8(I a, I b, I m) { return _mm_blendv_epi8(a, b, m); }
+  // b in the 32- or 64-bit lanes whose sign bit is set in m, a elsewhere.
+  static I blend_sign32(I a, I b, I m) {
+    return _mm_castps_si128(_mm_blendv_ps(_mm_castsi128_ps(a), _mm_castsi128_ps(b), _mm_castsi128_ps(m)));
+  }
+  static I blend_sign64(I a, I b, I m) {
+    return _mm_castpd_si128(_mm_blendv_pd(_mm_castsi128_pd(a), _mm_castsi128_pd(b), _mm_castsi128_pd(m)));
+  }
   static I sll16(I a, __m128i n) { return _mm_sll_epi16(a, n); }
   static I sll32(I a, __m128i n) { return _mm_sll_epi32(a, n); }
   static I sll64(I a, __m128i n) { return _mm_sll_epi64(a, n); }
@@ -236,6 +243,12 @@ struct ops<2> {
   static I cmpgt32(I a, I b) { return _mm256_cmpgt_epi32(a, b); }
   static I cmpgt64(I a, I b) { return _mm256_cmpgt_epi64(a, b); }
   static I blendv8(I a, I b, I m) { return _mm256_blendv_epi8(a, b, m); }
+  static I blend_sign32(I a, I b, I m) {
+    return _mm256_castps_si256(_mm256_blendv_ps(_mm256_castsi256_ps(a), _mm256_castsi256_ps(b), _mm256_castsi256_ps(m)));
+  }
+  static I blend_sign64(I a, I b, I m) {
+    return _mm256_castpd_si256(_mm256_blendv_pd(_mm256_castsi256_pd(a), _mm256_castsi256_pd(b), _mm256_castsi256_pd(m)));
+  }
   static I sll16(I a, __m128i n) { return _mm256_sll_epi16(a, n); }
   static I sll32(I a, __m128i n) { return _mm256_sll_epi32(a, n); }
   static I sll64(I a, __m128i n) { return _mm256_sll_epi64(a, n); }
@@ -363,6 +376,8 @@ struct ops<4> {
   static I cmpgt32(I a, I b) { return _mm512_movm_epi32(_mm512_cmpgt_epi32_mask(a, b)); }
   static I cmpgt64(I a, I b) { return _mm512_movm_epi64(_mm512_cmpgt_epi64_mask(a, b)); }
   static I blendv8(I a, I b, I m) { return _mm512_mask_blend_epi8(_mm512_movepi8_mask(m), a, b); }
+  static I blend_sign32(I a, I b, I m) { return _mm512_mask_blend_epi32(_mm512_movepi32_mask(m), a, b); }
+  static I blend_sign64(I a, I b, I m) { return _mm512_mask_blend_epi64(_mm512_movepi64_mask(m), a, b); }
   static I sll16(I a, __m128i n) { return _mm512_sll_epi16(a, n); }
   static I sll32(I a, __m128i n) { return _mm512_maskz_sll_epi32(kAll16, a, n); }
   static I sll64(I a, __m128i n) { return _mm512_maskz_sll_epi64(kAll8, a, n); }
