@@ -316,6 +316,9 @@ ZIVKS_API ZIVKStatus ZIVKS_SubCRev_32sc_IS(ZIVK32sc val, ZIVK32sc* srcDst, int32
  *   scale            positive and finite
  * Statuses, in order of checks: ZIVK_STS_NULL_PTR_ERR, ZIVK_STS_SIZE_ERR (len < 1),
  *   ZIVK_STS_SCALE_ERR. A wrong rndMode is no error.
+ * Note: the left shift for s below 0 takes its count from the low byte of k = -s read
+ *   as signed, in every element alike: for scale at or below 2^-128 (k from 128) it
+ *   shifts right by 256 - k rounding half up, at k = 256 not at all, and so on.
  * Note: AddC_64s_S with val = -2^63 and rndMode 2 or above rounds a tie away from zero
  *   (down) in the whole pairs of elements and upward (toward zero) in a last odd
  *   element: with scale 2 and src {1, 1, 1} the results are -2^62, -2^62 and
