@@ -158,7 +158,7 @@ ZIVKStatus add_product_scaled(const S* src1, const S* src2, T* srcDst, int32_t l
   };
   if constexpr (sizeof(S) == sizeof(T)) {
     // 16s, 4 a block, and 32s, 2 a block: half a register of T each.
-    scaled::narrowing_blocks<kVectorElems<T> / 2>(
+    narrowing_blocks<kVectorElems<T> / 2>(
         len, srcDst,
         [&](int64_t i, auto w) {
           using VW = simd::vec<W, decltype(w)::value>;

@@ -14,7 +14,6 @@ namespace {
 
 using namespace zivks;
 using rounding::Mode;
-using scaled::narrowing_blocks;
 
 // Read hints, in bytes ahead of the element read, per member and path.
 constexpr int64_t kAdd8uReadAheadBytes = 512;         // e = 0

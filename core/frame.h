@@ -119,6 +119,26 @@ inline void for_single_blocks(int64_t len, Block&& block, Tail&& tail) {
   for (; i < len; ++i) tail(i);
 }
 
+// Whole blocks of B elements whose results are made in lanes twice as wide as To and
+// narrow with saturation: result(i, w) gives the wide lanes of the register of w blocks
+// from element i. The blocks go in pairs of registers where they can, so that one
+// narrowing fills a whole register; otherwise it fills half of one. Then the tail.
+template <int B, class To, class Result, class Tail>
+inline void narrowing_blocks(int64_t len, To* dst, Result&& result, Tail&& tail) {
+  for_block_groups<B, 2>(
+      len,
+      [&](int64_t i, auto g) {
+        constexpr int K = decltype(g)::value;
+        const auto r0 = result(i, simd::width<K>{});
+        if constexpr (decltype(g)::kCount == 2) {
+          simd::store(dst + i, simd::narrow_sat<To>(r0, result(i + int64_t{B} * K, simd::width<K>{})));
+        } else {
+          simd::store_lo(dst + i, simd::narrow_sat<To>(r0, r0));
+        }
+      },
+      tail);
+}
+
 // Element type of an array of complex records seen as parts.
 template <class E> struct parts { using type = E; static constexpr int count = 1; };
 template <> struct parts<ZIVK16sc> { using type = int16_t; static constexpr int count = 2; };

@@ -28,4 +28,36 @@ inline vec<L, K> cvt_sat(const vec<F, K>& a) {
   return r;
 }
 
+// ---- float_widen_lo, float_widen_hi
+// Return the low or the high half of the float32 lanes as float64, exact; a NaN keeps
+// its sign and the top of its payload, made quiet (fcvtl, fcvtl2).
+template <int K>
+inline vec<double, K> float_widen_lo(const vec<float, K>& a) {
+  vec<double, K> r;
+  for (int i = 0; i < vec<double, K>::kLanes; ++i) r.raw.v[i] = static_cast<double>(a.raw.v[i]);
+  return r;
+}
+template <int K>
+inline vec<double, K> float_widen_hi(const vec<float, K>& a) {
+  vec<double, K> r;
+  constexpr int n = vec<double, K>::kLanes;
+  for (int i = 0; i < n; ++i) r.raw.v[i] = static_cast<double>(a.raw.v[n + i]);
+  return r;
+}
+
+// ---- float_narrow
+// Returns the float64 lanes of a, then those of b, rounded to the nearest float32 (a tie
+// to even; beyond the range an infinity; a NaN keeps its sign and the top of its payload,
+// made quiet) (fcvtn, fcvtn2).
+template <int K>
+inline vec<float, K> float_narrow(const vec<double, K>& a, const vec<double, K>& b) {
+  vec<float, K> r;
+  constexpr int n = vec<double, K>::kLanes;
+  for (int i = 0; i < n; ++i) {
+    r.raw.v[i] = static_cast<float>(a.raw.v[i]);
+    r.raw.v[n + i] = static_cast<float>(b.raw.v[i]);
+  }
+  return r;
+}
+
 }  // namespace zivks::simd

@@ -30,6 +30,15 @@ inline vec<T, K> swap_bytes(const vec<T, K>& a) {
   return r;
 }
 
+// ---- table_bytes
+// Returns byte i of the register as byte idx[i] of a, or 0 where idx[i] is 16 or more
+// (tbl).
+inline vec<uint8_t, 1> table_bytes(const vec<uint8_t, 1>& a, const vec<uint8_t, 1>& idx) {
+  vec<uint8_t, 1> r;
+  for (int i = 0; i < 16; ++i) r.raw.v[i] = idx.raw.v[i] < 16 ? a.raw.v[idx.raw.v[i]] : 0;
+  return r;
+}
+
 // ---- load_planes2
 // Loads two vectors of pairs from p, the first members into a and the second into b
 // (ld2).

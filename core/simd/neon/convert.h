@@ -40,4 +40,13 @@ inline vec<L, 1> cvt_sat(const vec<F, 1>& a) {
   return r;
 }
 
+// ---- float_widen_lo, float_widen_hi
+inline vec<double, 1> float_widen_lo(const vec<float, 1>& a) { return {vcvt_f64_f32(vget_low_f32(a.raw))}; }
+inline vec<double, 1> float_widen_hi(const vec<float, 1>& a) { return {vcvt_high_f64_f32(a.raw)}; }
+
+// ---- float_narrow
+inline vec<float, 1> float_narrow(const vec<double, 1>& a, const vec<double, 1>& b) {
+  return {vcvt_high_f32_f64(vcvt_f32_f64(a.raw), b.raw)};
+}
+
 }  // namespace zivks::simd

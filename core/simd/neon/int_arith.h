@@ -12,6 +12,8 @@ inline V load_widen(const S* p) {
   using T = typename V::lane;
   V v;
   if constexpr (std::is_same_v<S, uint8_t> && std::is_same_v<T, uint16_t>) v.raw = vmovl_u8(vld1_u8(p));
+  else if constexpr (std::is_same_v<S, int8_t> && std::is_same_v<T, int16_t>) v.raw = vmovl_s8(vld1_s8(p));
+  else if constexpr (std::is_same_v<S, uint32_t> && std::is_same_v<T, uint64_t>) v.raw = vmovl_u32(vld1_u32(p));
   else if constexpr (std::is_same_v<S, int16_t> && std::is_same_v<T, int32_t>) v.raw = vmovl_s16(vld1_s16(p));
   else if constexpr (std::is_same_v<S, uint16_t> && std::is_same_v<T, uint32_t>) v.raw = vmovl_u16(vld1_u16(p));
   else if constexpr (std::is_same_v<S, int32_t> && std::is_same_v<T, int64_t>) v.raw = vmovl_s32(vld1_s32(p));
@@ -24,6 +26,8 @@ template <class To, class From>
 inline vec<To, 1> widen_lo(const vec<From, 1>& a) {
   vec<To, 1> r;
   if constexpr (std::is_same_v<From, uint8_t>) r.raw = vmovl_u8(vget_low_u8(a.raw));
+  else if constexpr (std::is_same_v<From, int8_t>) r.raw = vmovl_s8(vget_low_s8(a.raw));
+  else if constexpr (std::is_same_v<From, uint32_t>) r.raw = vmovl_u32(vget_low_u32(a.raw));
   else if constexpr (std::is_same_v<From, uint16_t>) r.raw = vmovl_u16(vget_low_u16(a.raw));
   else if constexpr (std::is_same_v<From, int16_t>) r.raw = vmovl_s16(vget_low_s16(a.raw));
   else if constexpr (std::is_same_v<From, int32_t>) r.raw = vmovl_s32(vget_low_s32(a.raw));
@@ -36,6 +40,8 @@ template <class To, class From>
 inline vec<To, 1> widen_hi(const vec<From, 1>& a) {
   vec<To, 1> r;
   if constexpr (std::is_same_v<From, uint8_t>) r.raw = vmovl_high_u8(a.raw);
+  else if constexpr (std::is_same_v<From, int8_t>) r.raw = vmovl_high_s8(a.raw);
+  else if constexpr (std::is_same_v<From, uint32_t>) r.raw = vmovl_high_u32(a.raw);
   else if constexpr (std::is_same_v<From, uint16_t>) r.raw = vmovl_high_u16(a.raw);
   else if constexpr (std::is_same_v<From, int16_t>) r.raw = vmovl_high_s16(a.raw);
   else if constexpr (std::is_same_v<From, int32_t>) r.raw = vmovl_high_s32(a.raw);

@@ -30,6 +30,11 @@ inline vec<T, K> swap_bytes(const vec<T, K>& a) {
   return r;
 }
 
+// ---- table_bytes
+inline vec<uint8_t, 1> table_bytes(const vec<uint8_t, 1>& a, const vec<uint8_t, 1>& idx) {
+  return {vqtbl1q_u8(a.raw, idx.raw)};
+}
+
 // ---- load_planes2
 template <class V>
 inline void load_planes2(const typename V::lane* p, V& a, V& b) {

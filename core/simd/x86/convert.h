@@ -155,4 +155,34 @@ inline vec<L, K> cvt_sat(const vec<F, K>& a) {
   }
 }
 
+// ---- float_widen_lo, float_widen_hi
+// Each half of the lanes, in memory order.
+template <int K>
+inline vec<double, K> float_widen_lo(const vec<float, K>& a) {
+  if constexpr (K == 1) return {_mm_cvtps_pd(a.raw)};
+  else if constexpr (K == 2) return {_mm256_cvtps_pd(_mm256_castps256_ps128(a.raw))};
+#if defined(ZIVKS_X86_512)
+  else return {_mm512_cvtps_pd(_mm512_castps512_ps256(a.raw))};
+#endif
+}
+template <int K>
+inline vec<double, K> float_widen_hi(const vec<float, K>& a) {
+  if constexpr (K == 1) return {_mm_cvtps_pd(_mm_movehl_ps(a.raw, a.raw))};
+  else if constexpr (K == 2) return {_mm256_cvtps_pd(_mm256_extractf128_ps(a.raw, 1))};
+#if defined(ZIVKS_X86_512)
+  else return {_mm512_cvtps_pd(_mm256_castpd_ps(_mm512_extractf64x4_pd(_mm512_castps_pd(a.raw), 1)))};
+#endif
+}
+
+// ---- float_narrow
+template <int K>
+inline vec<float, K> float_narrow(const vec<double, K>& a, const vec<double, K>& b) {
+  if constexpr (K == 1) return {_mm_movelh_ps(_mm_cvtpd_ps(a.raw), _mm_cvtpd_ps(b.raw))};
+  else if constexpr (K == 2) return {_mm256_set_m128(_mm256_cvtpd_ps(b.raw), _mm256_cvtpd_ps(a.raw))};
+#if defined(ZIVKS_X86_512)
+  else return {_mm512_castpd_ps(_mm512_insertf64x4(_mm512_castps_pd(_mm512_castps256_ps512(_mm512_cvtpd_ps(a.raw))),
+                                                   _mm256_castps_pd(_mm512_cvtpd_ps(b.raw)), 1))};
+#endif
+}
+
 }  // namespace zivks::simd

@@ -19,6 +19,8 @@ template <class To, class From, int K>
 inline typename ops<K>::I widen(typename ops<K>::H x) {
   using O = ops<K>;
   if constexpr (std::is_same_v<From, uint8_t>) return O::widen_u8_16(x);
+  else if constexpr (std::is_same_v<From, int8_t>) return O::widen_i8_16(x);
+  else if constexpr (std::is_same_v<From, uint32_t>) return O::widen_u32_64(x);
   else if constexpr (std::is_same_v<From, uint16_t>) return O::widen_u16_32(x);
   else if constexpr (std::is_same_v<From, int16_t>) return O::widen_i16_32(x);
   else if constexpr (std::is_same_v<From, int32_t>) return O::widen_i32_64(x);

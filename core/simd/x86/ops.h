@@ -117,6 +117,8 @@ struct ops<1> {
   static I sra16(I a, __m128i n) { return _mm_sra_epi16(a, n); }
   static I sra32(I a, __m128i n) { return _mm_sra_epi32(a, n); }
   static I widen_u8_16(H x) { return _mm_cvtepu8_epi16(x); }
+  static I widen_i8_16(H x) { return _mm_cvtepi8_epi16(x); }
+  static I widen_u32_64(H x) { return _mm_cvtepu32_epi64(x); }
   static I widen_u16_32(H x) { return _mm_cvtepu16_epi32(x); }
   static I widen_i16_32(H x) { return _mm_cvtepi16_epi32(x); }
   static I widen_i32_64(H x) { return _mm_cvtepi32_epi64(x); }
@@ -258,6 +260,8 @@ struct ops<2> {
   static I sra16(I a, __m128i n) { return _mm256_sra_epi16(a, n); }
   static I sra32(I a, __m128i n) { return _mm256_sra_epi32(a, n); }
   static I widen_u8_16(H x) { return _mm256_cvtepu8_epi16(x); }
+  static I widen_i8_16(H x) { return _mm256_cvtepi8_epi16(x); }
+  static I widen_u32_64(H x) { return _mm256_cvtepu32_epi64(x); }
   static I widen_u16_32(H x) { return _mm256_cvtepu16_epi32(x); }
   static I widen_i16_32(H x) { return _mm256_cvtepi16_epi32(x); }
   static I widen_i32_64(H x) { return _mm256_cvtepi32_epi64(x); }
@@ -387,6 +391,8 @@ struct ops<4> {
   static I sra16(I a, __m128i n) { return _mm512_sra_epi16(a, n); }
   static I sra32(I a, __m128i n) { return _mm512_maskz_sra_epi32(kAll16, a, n); }
   static I widen_u8_16(H x) { return _mm512_cvtepu8_epi16(x); }
+  static I widen_i8_16(H x) { return _mm512_cvtepi8_epi16(x); }
+  static I widen_u32_64(H x) { return _mm512_maskz_cvtepu32_epi64(kAll8, x); }
   static I widen_u16_32(H x) { return _mm512_maskz_cvtepu16_epi32(kAll16, x); }
   static I widen_i16_32(H x) { return _mm512_maskz_cvtepi16_epi32(kAll16, x); }
   static I widen_i32_64(H x) { return _mm512_maskz_cvtepi32_epi64(kAll8, x); }

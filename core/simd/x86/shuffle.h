@@ -100,6 +100,14 @@ inline __m512i permute2(__m512i a, __m512i idx, __m512i b) {
 
 }  // namespace x86
 
+// ---- table_bytes
+// pshufb gives 0 only for an index with its top bit set, so indices of 16 and more get
+// it first.
+inline vec<uint8_t, 1> table_bytes(const vec<uint8_t, 1>& a, const vec<uint8_t, 1>& idx) {
+  const __m128i i = _mm_or_si128(idx.raw, _mm_cmpgt_epi8(idx.raw, _mm_set1_epi8(15)));
+  return {_mm_shuffle_epi8(a.raw, i)};
+}
+
 // ---- load_planes2
 // Each block unzipped into its even and odd lanes, then the 64-bit quarters put in
 // order (AVX-512 does it in one two-register permute).

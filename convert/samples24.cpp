@@ -1,0 +1,211 @@
+// Packed 24-bit samples: three bytes a sample, least significant first. Reading unpacks
+// four samples from 12 bytes into four 32-bit lanes with a byte table; writing computes
+// four 32-bit lanes and packs them back into 12 bytes. A 16-byte load or store is used
+// only where all its bytes lie inside the packed array; the last group of a call reads
+// or writes its 12 bytes alone, so no call touches a byte past 3 * len.
+#include <string.h>
+
+#include <algorithm>
+
+#include "core/frame.h"
+#include "core/operands.h"
+#include "core/rounding.h"
+#include "core/scale.h"
+
+namespace {
+
+using namespace zivks;
+using lane::RightShift;
+using rounding::Mode;
+using V8 = simd::vec<uint8_t, 1>;
+
+constexpr int64_t kGroupBytes = 12;  // four packed samples
+constexpr int kGroup = 4;
+constexpr uint8_t kZeroByte = 16;    // a table index that gives a zero byte
+
+// Four samples into four 32-bit lanes, zero-extended (24u) or into the top three bytes
+// of each lane, for an arithmetic shift right by 8 to extend the sign (24s).
+alignas(16) constexpr uint8_t kUnpackUnsigned[16] = {0, 1, 2, kZeroByte, 3, 4, 5, kZeroByte,
+                                                     6, 7, 8, kZeroByte, 9, 10, 11, kZeroByte};
+alignas(16) constexpr uint8_t kUnpackSigned[16] = {kZeroByte, 0, 1, 2, kZeroByte, 3, 4, 5,
+                                                   kZeroByte, 6, 7, 8, kZeroByte, 9, 10, 11};
+// The low three bytes of four 32-bit lanes, then four zero bytes.
+alignas(16) constexpr uint8_t kPack[16] = {0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14,
+                                           kZeroByte, kZeroByte, kZeroByte, kZeroByte};
+
+constexpr int32_t kMax24u = 0xFFFFFF, kMax24s = 0x7FFFFF, kMin24s = -0x800000;
+
+// ---- Reading
+
+// Sample i of a packed array: 24u as it is, 24s with its sign extended.
+template <bool kSigned>
+inline int32_t sample(const uint8_t* src, int64_t i) {
+  const uint32_t u = src[3 * i] | uint32_t{src[3 * i + 1]} << 8 | uint32_t{src[3 * i + 2]} << 16;
+  if constexpr (kSigned) return static_cast<int32_t>(u << 8) >> 8;
+  else return static_cast<int32_t>(u);
+}
+
+// dst[i] = sample i as T (uint32, int32 or float32, exact). Whole groups whose 16-byte
+// load stays inside the array, then the samples left one by one.
+template <bool kSigned, class T>
+ZIVKStatus unpack(const uint8_t* src, T* dst, int32_t len) {
+  if (const ZIVKStatus st = check_ptrs_len(len, src, dst)) return st;
+  // One or two signed samples are refused; the unsigned forms take them.
+  if (kSigned && len <= 2) return ZIVK_STS_SIZE_ERR;
+  const V8 table = simd::load<V8>(kSigned ? kUnpackSigned : kUnpackUnsigned);
+  const int64_t bytes = 3 * int64_t{len};
+  int64_t g = 0;
+  for (; g * kGroupBytes + 16 <= bytes; ++g) {
+    const auto x = simd::reinterpret<int32_t>(simd::table_bytes(simd::load<V8>(src + g * kGroupBytes), table));
+    simd::vec<int32_t, 1> v = x;
+    if constexpr (kSigned) v = simd::shr(x, simd::shift_count<int32_t, 1>(8));
+    if constexpr (std::is_floating_point_v<T>) simd::store(dst + g * kGroup, simd::cvt_to_float<float>(v));
+    else simd::store(dst + g * kGroup, simd::reinterpret<T>(v));
+  }
+  for (int64_t i = g * kGroup; i < len; ++i) dst[i] = static_cast<T>(sample<kSigned>(src, i));
+  return ZIVK_STS_NO_ERR;
+}
+
+// ---- Writing
+
+// The 24-bit result of a p the tail computes: the thresholds on the unrounded p, then
+// to nearest with a tie to the even neighbour; NaN gives 0.
+template <class F>
+inline int32_t tail24(F p, int32_t lo, int32_t hi) {
+  if (p >= static_cast<F>(hi)) return hi;
+  if (p <= static_cast<F>(lo)) return lo;
+  return rounding::tail<int32_t>(p);
+}
+
+inline void put_sample(uint8_t* dst, int64_t i, int32_t v) {
+  dst[3 * i] = static_cast<uint8_t>(v);
+  dst[3 * i + 1] = static_cast<uint8_t>(v >> 8);
+  dst[3 * i + 2] = static_cast<uint8_t>(v >> 16);
+}
+
+// Whole blocks of 8 samples, four lanes(i) at a time packed into 12 bytes (with a
+// read hint `ahead` bytes past src[i] for each, none when 0), then tail(i) for the
+// samples left, each written as three bytes.
+template <class S, class Lanes, class Tail>
+void pack(const S* src, uint8_t* dst, int32_t len, int64_t ahead, Lanes&& lanes, Tail&& tail) {
+  const V8 table = simd::load<V8>(kPack);
+  const int64_t bytes = 3 * int64_t{len};
+  const int64_t n = block_end<8>(len);
+  for (int64_t i = 0; i < n; i += kGroup) {
+    if (ahead != 0) hint_read(src + i, ahead);
+    const V8 packed = simd::table_bytes(simd::reinterpret<uint8_t>(lanes(i)), table);
+    uint8_t* d = dst + 3 * i;
+    if (3 * i + 16 <= bytes) {
+      simd::store(d, packed);  // its last four bytes, zero, are the next group's or the tail's
+    } else {
+      uint8_t b[16];
+      simd::store(b, packed);
+      memcpy(d, b, kGroupBytes);
+    }
+  }
+  for (int64_t i = n; i < len; ++i) put_sample(dst, i, tail(i));
+}
+
+using V32 = simd::vec<int32_t, 1>;
+
+// Lanes clamped to [lo, hi].
+inline V32 clamp(const V32& v, int32_t lo, int32_t hi) {
+  return simd::min(simd::max(v, simd::splat<V32>(lo)), simd::splat<V32>(hi));
+}
+
+// ---- Convert_32u24u_S and Convert_32s24s_S.
+//   e = 0: the element clamped to the 24-bit range.
+//   e < 0: the element as float64 times M in float64, rounded to nearest even, clamped.
+//   e > 0: the element shifted left by e with saturation at its type's bounds (the
+//     count from the low byte of e read as signed; negative, a right shift rounding
+//     half up), clamped; the tail multiplies by the float32 M instead.
+template <class T>
+ZIVKStatus pack_int(const T* src, uint8_t* dst, int32_t len, double scale, int64_t ahead) {
+  if (const ZIVKStatus st = check_ptrs_len(len, src, dst)) return st;
+  if (const ZIVKStatus st = scale::check(scale)) return st;
+  constexpr bool kSigned = std::is_signed_v<T>;
+  constexpr int32_t lo = kSigned ? kMin24s : 0, hi = kSigned ? kMax24s : kMax24u;
+  const int32_t e = scale::exponent(scale);
+  using VT = simd::vec<T, 1>;
+  auto load = [&](int64_t i) { return simd::load<VT>(src + i); };
+  // Unsigned lanes fit int32 once held at 0xFFFFFF.
+  auto clamped = [&](const VT& v) {
+    if constexpr (kSigned) return clamp(v, lo, hi);
+    else return simd::reinterpret<int32_t>(simd::min(v, simd::splat<VT>(static_cast<T>(hi))));
+  };
+  if (e == 0) {
+    pack(src, dst, len, ahead, [&](int64_t i) { return clamped(load(i)); },
+         [&](int64_t i) { return static_cast<int32_t>(std::min<int64_t>(std::max<int64_t>(src[i], lo), hi)); });
+  } else if (e > 0) {
+    const float m = scale::multiplier<float>(e);
+    pack(src, dst, len, ahead,
+         [&](int64_t i) { return clamped(simd::shl_sat_by_low_byte<RightShift::kRound>(load(i), e)); },
+         [&](int64_t i) { return tail24(static_cast<float>(src[i]) * m, lo, hi); });
+  } else {
+    using W = std::conditional_t<kSigned, int64_t, uint64_t>;
+    const double m = scale::multiplier<double>(e);
+    const auto mv = simd::splat<simd::vec<double, 1>>(m);
+    auto product = [&](const simd::vec<W, 1>& x) {
+      return simd::cvt_sat<int64_t, Mode::kNear>(simd::mul_raw(simd::cvt_to_float<double>(simd::reinterpret<int64_t>(x)), mv));
+    };
+    pack(src, dst, len, ahead,
+         [&](int64_t i) {
+           const VT v = load(i);
+           return clamp(simd::narrow_sat<int32_t>(product(simd::widen_lo<W>(v)), product(simd::widen_hi<W>(v))), lo, hi);
+         },
+         [&](int64_t i) { return tail24(static_cast<double>(src[i]) * m, lo, hi); });
+  }
+  return ZIVK_STS_NO_ERR;
+}
+
+// ---- Convert_32f24u_S and Convert_32f24s_S: the element (times M in float32 unless M
+// is 1) rounded to nearest even into int32 lanes with saturation, then clamped to the
+// 24-bit range. NaN gives 0.
+template <bool kSigned>
+ZIVKStatus pack_float(const float* src, uint8_t* dst, int32_t len, double scale, int64_t ahead) {
+  if (const ZIVKStatus st = check_ptrs_len(len, src, dst)) return st;
+  if (const ZIVKStatus st = scale::check(scale)) return st;
+  constexpr int32_t lo = kSigned ? kMin24s : 0, hi = kSigned ? kMax24s : kMax24u;
+  const int32_t e = scale::exponent(scale);
+  const float m = scale::multiplier<float>(e);
+  const auto mv = simd::splat<simd::vec<float, 1>>(m);
+  auto p = [&](int64_t i) { return e == 0 ? src[i] : src[i] * m; };
+  pack(src, dst, len, ahead,
+       [&](int64_t i) {
+         auto x = simd::load<simd::vec<float, 1>>(src + i);
+         if (e != 0) x = simd::mul_raw(x, mv);
+         return clamp(simd::cvt_sat<int32_t, Mode::kNear>(x), lo, hi);
+       },
+       [&](int64_t i) { return tail24(p(i), lo, hi); });
+  return ZIVK_STS_NO_ERR;
+}
+
+// The writing forms but 32s24s read 1024 bytes ahead of src, once a group.
+constexpr int64_t kPackReadAheadBytes = 1024;
+
+}  // namespace
+
+ZIVKS_EXPORT ZIVKStatus ZIVKS_Convert_24u32u(const uint8_t* src, uint32_t* dst, int32_t len) {
+  return unpack<false>(src, dst, len);
+}
+ZIVKS_EXPORT ZIVKStatus ZIVKS_Convert_24u32f(const uint8_t* src, float* dst, int32_t len) {
+  return unpack<false>(src, dst, len);
+}
+ZIVKS_EXPORT ZIVKStatus ZIVKS_Convert_24s32s(const uint8_t* src, int32_t* dst, int32_t len) {
+  return unpack<true>(src, dst, len);
+}
+ZIVKS_EXPORT ZIVKStatus ZIVKS_Convert_24s32f(const uint8_t* src, float* dst, int32_t len) {
+  return unpack<true>(src, dst, len);
+}
+ZIVKS_EXPORT ZIVKStatus ZIVKS_Convert_32u24u_S(const uint32_t* src, uint8_t* dst, int32_t len, double scale) {
+  return pack_int(src, dst, len, scale, kPackReadAheadBytes);
+}
+ZIVKS_EXPORT ZIVKStatus ZIVKS_Convert_32s24s_S(const int32_t* src, uint8_t* dst, int32_t len, double scale) {
+  return pack_int(src, dst, len, scale, 0);
+}
+ZIVKS_EXPORT ZIVKStatus ZIVKS_Convert_32f24u_S(const float* src, uint8_t* dst, int32_t len, double scale) {
+  return pack_float<false>(src, dst, len, scale, kPackReadAheadBytes);
+}
+ZIVKS_EXPORT ZIVKStatus ZIVKS_Convert_32f24s_S(const float* src, uint8_t* dst, int32_t len, double scale) {
+  return pack_float<true>(src, dst, len, scale, kPackReadAheadBytes);
+}
