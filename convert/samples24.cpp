@@ -113,9 +113,29 @@ inline V32 clamp(const V32& v, int32_t lo, int32_t hi) {
   return simd::min(simd::max(v, simd::splat<V32>(lo)), simd::splat<V32>(hi));
 }
 
+// x / 2^s rounded to nearest with a tie to the even quotient, for s >= 1: the floor
+// quotient q, plus one where the remainder is above half of 2^s or is half and q odd.
+// From s = 32 on every quotient is 0, but for an unsigned x above 2^31 at s = 32.
+template <class T>
+inline V32 divide_even(const simd::vec<T, 1>& x, int s) {
+  using VT = simd::vec<T, 1>;
+  if (s >= 32) {
+    if (std::is_signed_v<T> || s > 32) return simd::zeros<V32>();
+    const VT above = simd::cmp_gt(x, simd::splat<VT>(T(0x80000000u)));
+    return simd::reinterpret<int32_t>(simd::bit_and(above, simd::splat<VT>(T(1))));
+  }
+  const V32 q = simd::reinterpret<int32_t>(simd::shr(x, simd::shift_count<T, 1>(s)));
+  const V32 r = simd::reinterpret<int32_t>(simd::bit_and(x, simd::splat<VT>(static_cast<T>((uint32_t{1} << s) - 1))));
+  const V32 half = simd::splat<V32>(static_cast<int32_t>(uint32_t{1} << (s - 1)));
+  const V32 one = simd::splat<V32>(1);
+  const V32 tie_odd = simd::bit_and(simd::cmp_eq(r, half), simd::cmp_eq(simd::bit_and(q, one), one));
+  return simd::sub_wrap(q, simd::bit_or(simd::cmp_gt(r, half), tie_odd));  // a mask is -1
+}
+
 // ---- Convert_32u24u_S and Convert_32s24s_S.
 //   e = 0: the element clamped to the 24-bit range.
-//   e < 0: the element as float64 times M in float64, rounded to nearest even, clamped.
+//   e < 0: the element times M, rounded to nearest even, clamped; the tail makes the
+//     product in float64.
 //   e > 0: the element shifted left by e with saturation at its type's bounds (the
 //     count from the low byte of e read as signed; negative, a right shift rounding
 //     half up), clamped; the tail multiplies by the float32 M instead.
@@ -142,17 +162,11 @@ ZIVKStatus pack_int(const T* src, uint8_t* dst, int32_t len, double scale, int64
          [&](int64_t i) { return clamped(simd::shl_sat_by_low_byte<RightShift::kRound>(load(i), e)); },
          [&](int64_t i) { return tail24(static_cast<float>(src[i]) * m, lo, hi); });
   } else {
-    using W = std::conditional_t<kSigned, int64_t, uint64_t>;
+    // x * 2^e is exact in float64, so rounding it to nearest even is the integer
+    // quotient by 2^-e rounded the same way, which the block makes in its own lanes.
     const double m = scale::multiplier<double>(e);
-    const auto mv = simd::splat<simd::vec<double, 1>>(m);
-    auto product = [&](const simd::vec<W, 1>& x) {
-      return simd::cvt_sat<int64_t, Mode::kNear>(simd::mul_raw(simd::cvt_to_float<double>(simd::reinterpret<int64_t>(x)), mv));
-    };
-    pack(src, dst, len, ahead,
-         [&](int64_t i) {
-           const VT v = load(i);
-           return clamp(simd::narrow_sat<int32_t>(product(simd::widen_lo<W>(v)), product(simd::widen_hi<W>(v))), lo, hi);
-         },
+    const int s = -e;
+    pack(src, dst, len, ahead, [&](int64_t i) { return clamp(divide_even(load(i), s), lo, hi); },
          [&](int64_t i) { return tail24(static_cast<double>(src[i]) * m, lo, hi); });
   }
   return ZIVK_STS_NO_ERR;
