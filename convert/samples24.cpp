@@ -21,6 +21,7 @@ using V8 = simd::vec<uint8_t, 1>;
 
 constexpr int64_t kGroupBytes = 12;  // four packed samples
 constexpr int kGroup = 4;
+constexpr int kUnroll = 4;  // groups a turn of the main loops
 constexpr uint8_t kZeroByte = 16;    // a table index that gives a zero byte
 
 // Four samples into four 32-bit lanes, zero-extended (24u) or into the top three bytes
@@ -53,15 +54,20 @@ ZIVKStatus unpack(const uint8_t* src, T* dst, int32_t len) {
   // One or two signed samples are refused; the unsigned forms take them.
   if (kSigned && len <= 2) return ZIVK_STS_SIZE_ERR;
   const V8 table = simd::load<V8>(kSigned ? kUnpackSigned : kUnpackUnsigned);
-  const int64_t bytes = 3 * int64_t{len};
-  int64_t g = 0;
-  for (; g * kGroupBytes + 16 <= bytes; ++g) {
+  auto group = [&](int64_t g) {
     const auto x = simd::reinterpret<int32_t>(simd::table_bytes(simd::load<V8>(src + g * kGroupBytes), table));
     simd::vec<int32_t, 1> v = x;
     if constexpr (kSigned) v = simd::shr(x, simd::shift_count<int32_t, 1>(8));
     if constexpr (std::is_floating_point_v<T>) simd::store(dst + g * kGroup, simd::cvt_to_float<float>(v));
     else simd::store(dst + g * kGroup, simd::reinterpret<T>(v));
-  }
+  };
+  // The groups whose 16-byte load stays inside the array, four a turn while they last.
+  const int64_t bytes = 3 * int64_t{len};
+  const int64_t groups = bytes >= 16 ? (bytes - 16) / kGroupBytes + 1 : 0;
+  int64_t g = 0;
+  for (; g + kUnroll <= groups; g += kUnroll)
+    for (int j = 0; j < kUnroll; ++j) group(g + j);
+  for (; g < groups; ++g) group(g);
   for (int64_t i = g * kGroup; i < len; ++i) dst[i] = static_cast<T>(sample<kSigned>(src, i));
   return ZIVK_STS_NO_ERR;
 }
@@ -91,18 +97,24 @@ void pack(const S* src, uint8_t* dst, int32_t len, int64_t ahead, Lanes&& lanes,
   const V8 table = simd::load<V8>(kPack);
   const int64_t bytes = 3 * int64_t{len};
   const int64_t n = block_end<8>(len);
-  for (int64_t i = 0; i < n; i += kGroup) {
+  auto group = [&](int64_t i, bool whole) {
     if (ahead != 0) hint_read(src + i, ahead);
     const V8 packed = simd::table_bytes(simd::reinterpret<uint8_t>(lanes(i)), table);
     uint8_t* d = dst + 3 * i;
-    if (3 * i + 16 <= bytes) {
+    if (whole) {
       simd::store(d, packed);  // its last four bytes, zero, are the next group's or the tail's
     } else {
       uint8_t b[16];
       simd::store(b, packed);
       memcpy(d, b, kGroupBytes);
     }
-  }
+  };
+  // Groups whose 16-byte store stays inside the array, four a turn while they last.
+  const int64_t whole = bytes >= 16 ? std::min(n, ((bytes - 16) / kGroupBytes + 1) * kGroup) : 0;
+  int64_t i = 0;
+  for (; i + kUnroll * kGroup <= whole; i += kUnroll * kGroup)
+    for (int j = 0; j < kUnroll; ++j) group(i + j * kGroup, true);
+  for (; i < n; i += kGroup) group(i, 3 * i + 16 <= bytes);
   for (int64_t i = n; i < len; ++i) put_sample(dst, i, tail(i));
 }
 

@@ -3,6 +3,7 @@
 // the power of two M that scale selects. Nothing saturates: where a result is not exact
 // it is the nearest float, a tie to the even one. Every element is converted on its
 // own, so block and tail give the same value.
+#include <cmath>
 #include <type_traits>
 
 #include "core/frame.h"
@@ -49,34 +50,46 @@ inline To convert_one(From x) {
   return static_cast<To>(x);
 }
 
+// How the _S forms multiply: by the NaN rule, or plainly where M is finite, since an
+// integer times a finite M is never NaN.
+enum class Product { kNone, kPlain, kRule };
+
 // ---- widen
-// dst[i] = src[i] as To (times M with the NaN rule where kScaled; M in To's precision,
-// or float32 for the 32-bit targets, which To is then). Whole source registers go at a
-// time, then the tail.
-template <class From, class To, bool kScaled>
+// dst[i] = src[i] as To, times M where the forms are scaled (M in To's precision). Whole
+// source registers go at a time, bytes into 32-bit lanes by loads of a quarter register,
+// then the tail.
+template <class From, class To, Product product>
 void widen(const From* src, To* dst, int32_t len, To m) {
-  const broadcast<To> mvs(m);  // unused unless kScaled
+  const broadcast<To> mvs(m);  // unused without a product
   for_blocks<kVectorElems<From>>(
       len,
       [&](int64_t i, auto w) {
         constexpr int K = decltype(w)::value;
+        using VT = simd::vec<To, K>;
         To* d = dst + i;
-        widen_into<To>(simd::load<simd::vec<From, K>>(src + i), [&](const simd::vec<To, K>& r) {
-          if constexpr (kScaled) simd::store(d, simd::mul(r, mvs.template get<K>()));
+        auto put = [&](const VT& r) {
+          if constexpr (product == Product::kPlain) simd::store(d, simd::mul_raw(r, mvs.template get<K>()));
+          else if constexpr (product == Product::kRule) simd::store(d, simd::mul(r, mvs.template get<K>()));
           else simd::store(d, r);
-          d += simd::vec<To, K>::kLanes;
-        });
+          d += VT::kLanes;
+        };
+        if constexpr (sizeof(From) == 1 && sizeof(To) == 4) {
+          using L = std::conditional_t<std::is_signed_v<From>, int32_t, uint32_t>;
+          for (int j = 0; j < 4; ++j) widen_into<To>(simd::load_widen<simd::vec<L, K>>(src + i + j * VT::kLanes), put);
+        } else {
+          widen_into<To>(simd::load<simd::vec<From, K>>(src + i), put);
+        }
       },
       [&](int64_t i) {
-        if constexpr (kScaled) dst[i] = fp::mul(convert_one<To>(src[i]), m);
-        else dst[i] = convert_one<To>(src[i]);
+        if constexpr (product == Product::kNone) dst[i] = convert_one<To>(src[i]);
+        else dst[i] = fp::mul(convert_one<To>(src[i]), m);
       });
 }
 
 template <class From, class To>
 ZIVKStatus convert(const From* src, To* dst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src, dst)) return st;
-  widen<From, To, false>(src, dst, len, To(1));
+  widen<From, To, Product::kNone>(src, dst, len, To(1));
   return ZIVK_STS_NO_ERR;
 }
 
@@ -86,7 +99,9 @@ template <class From, class To>
 ZIVKStatus convert_scaled(const From* src, To* dst, int32_t len, double scale) {
   if (const ZIVKStatus st = check_ptrs_len(len, src, dst)) return st;
   if (const ZIVKStatus st = scale::check(scale)) return st;
-  widen<From, To, true>(src, dst, len, scale::multiplier<To>(scale::exponent(scale)));
+  const To m = scale::multiplier<To>(scale::exponent(scale));
+  if (std::isfinite(m)) widen<From, To, Product::kPlain>(src, dst, len, m);
+  else widen<From, To, Product::kRule>(src, dst, len, m);
   return ZIVK_STS_NO_ERR;
 }
 

@@ -17,7 +17,12 @@ inline V load_widen(const S* p) {
   else if constexpr (std::is_same_v<S, int16_t> && std::is_same_v<T, int32_t>) v.raw = vmovl_s16(vld1_s16(p));
   else if constexpr (std::is_same_v<S, uint16_t> && std::is_same_v<T, uint32_t>) v.raw = vmovl_u16(vld1_u16(p));
   else if constexpr (std::is_same_v<S, int32_t> && std::is_same_v<T, int64_t>) v.raw = vmovl_s32(vld1_s32(p));
-  else static_assert(sizeof(S) == 0, "no such widening load");
+  else if constexpr (sizeof(S) == 1 && sizeof(T) == 4) {
+    uint32_t w;  // a quarter register: four bytes
+    memcpy(&w, p, 4);
+    if constexpr (std::is_signed_v<S>) v.raw = vmovl_s16(vget_low_s16(vmovl_s8(vreinterpret_s8_u32(vdup_n_u32(w)))));
+    else v.raw = vmovl_u16(vget_low_u16(vmovl_u8(vreinterpret_u8_u32(vdup_n_u32(w)))));
+  } else static_assert(sizeof(S) == 0, "no such widening load");
   return v;
 }
 

@@ -30,12 +30,32 @@ inline typename ops<K>::I widen(typename ops<K>::H x) {
 }  // namespace x86
 
 // ---- load_widen
+// Bytes to 32-bit lanes read a quarter register: 4, 8 or 16 bytes.
 template <class V, class S>
 inline V load_widen(const S* p) {
   using T = typename V::lane;
   constexpr int K = V::kBlocks;
-  static_assert(sizeof(T) == 2 * sizeof(S), "widening doubles the lane");
-  return V{x86::widen<T, S, K>(x86::ops<K>::load_half(p))};
+  if constexpr (sizeof(T) == 4 && sizeof(S) == 1) {
+    __m128i q;
+    if constexpr (K == 1) {
+      int32_t w;
+      memcpy(&w, p, 4);
+      q = _mm_cvtsi32_si128(w);
+    } else if constexpr (K == 2) {
+      q = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p));
+    } else {
+      q = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+    }
+    constexpr bool s = std::is_signed_v<S>;
+    if constexpr (K == 1) return V{s ? _mm_cvtepi8_epi32(q) : _mm_cvtepu8_epi32(q)};
+    else if constexpr (K == 2) return V{s ? _mm256_cvtepi8_epi32(q) : _mm256_cvtepu8_epi32(q)};
+#if defined(ZIVKS_X86_512)
+    else return V{s ? _mm512_cvtepi8_epi32(q) : _mm512_cvtepu8_epi32(q)};
+#endif
+  } else {
+    static_assert(sizeof(T) == 2 * sizeof(S), "widening doubles the lane, or bytes go to 32 bits");
+    return V{x86::widen<T, S, K>(x86::ops<K>::load_half(p))};
+  }
 }
 
 // ---- widen_lo, widen_hi
