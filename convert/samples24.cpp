@@ -1,8 +1,9 @@
 // Packed 24-bit samples: three bytes a sample, least significant first. Reading unpacks
 // four samples from 12 bytes into four 32-bit lanes with a byte table; writing computes
-// four 32-bit lanes and packs them back into 12 bytes. A 16-byte load or store is used
-// only where all its bytes lie inside the packed array; the last group of a call reads
-// or writes its 12 bytes alone, so no call touches a byte past 3 * len.
+// four 32-bit lanes and packs them back into 12 bytes. Four groups go together as 48
+// bytes, three whole registers joined or split with byte extractions; a single group
+// uses a 16-byte load or store only where all its bytes lie inside the packed array,
+// so no call touches a byte past 3 * len.
 #include <string.h>
 
 #include <algorithm>
@@ -21,7 +22,7 @@ using V8 = simd::vec<uint8_t, 1>;
 
 constexpr int64_t kGroupBytes = 12;  // four packed samples
 constexpr int kGroup = 4;
-constexpr int kUnroll = 4;  // groups a turn of the main loops
+constexpr int kTurn = 4;  // groups a turn of the main loops: 48 packed bytes
 constexpr uint8_t kZeroByte = 16;    // a table index that gives a zero byte
 
 // Four samples into four 32-bit lanes, zero-extended (24u) or into the top three bytes
@@ -54,20 +55,27 @@ ZIVKStatus unpack(const uint8_t* src, T* dst, int32_t len) {
   // One or two signed samples are refused; the unsigned forms take them.
   if (kSigned && len <= 2) return ZIVK_STS_SIZE_ERR;
   const V8 table = simd::load<V8>(kSigned ? kUnpackSigned : kUnpackUnsigned);
-  auto group = [&](int64_t g) {
-    const auto x = simd::reinterpret<int32_t>(simd::table_bytes(simd::load<V8>(src + g * kGroupBytes), table));
+  auto put = [&](int64_t g, const V8& bytes12) {
+    const auto x = simd::reinterpret<int32_t>(simd::table_bytes(bytes12, table));
     simd::vec<int32_t, 1> v = x;
     if constexpr (kSigned) v = simd::shr(x, simd::shift_count<int32_t, 1>(8));
     if constexpr (std::is_floating_point_v<T>) simd::store(dst + g * kGroup, simd::cvt_to_float<float>(v));
     else simd::store(dst + g * kGroup, simd::reinterpret<T>(v));
   };
-  // The groups whose 16-byte load stays inside the array, four a turn while they last.
+  // Four groups from three 16-byte loads, then single groups whose 16-byte load stays
+  // inside the array.
   const int64_t bytes = 3 * int64_t{len};
-  const int64_t groups = bytes >= 16 ? (bytes - 16) / kGroupBytes + 1 : 0;
+  const V8 z = simd::zeros<V8>();
   int64_t g = 0;
-  for (; g + kUnroll <= groups; g += kUnroll)
-    for (int j = 0; j < kUnroll; ++j) group(g + j);
-  for (; g < groups; ++g) group(g);
+  for (; (g + kTurn) * kGroupBytes <= bytes; g += kTurn) {
+    const uint8_t* p = src + g * kGroupBytes;
+    const V8 a = simd::load<V8>(p), b = simd::load<V8>(p + 16), c = simd::load<V8>(p + 32);
+    put(g, a);
+    put(g + 1, simd::ext_bytes<12>(a, b));
+    put(g + 2, simd::ext_bytes<8>(b, c));
+    put(g + 3, simd::ext_bytes<4>(c, z));
+  }
+  for (; g * kGroupBytes + 16 <= bytes; ++g) put(g, simd::load<V8>(src + g * kGroupBytes));
   for (int64_t i = g * kGroup; i < len; ++i) dst[i] = static_cast<T>(sample<kSigned>(src, i));
   return ZIVK_STS_NO_ERR;
 }
@@ -97,24 +105,33 @@ void pack(const S* src, uint8_t* dst, int32_t len, int64_t ahead, Lanes&& lanes,
   const V8 table = simd::load<V8>(kPack);
   const int64_t bytes = 3 * int64_t{len};
   const int64_t n = block_end<8>(len);
-  auto group = [&](int64_t i, bool whole) {
+  auto packed = [&](int64_t i) {
     if (ahead != 0) hint_read(src + i, ahead);
-    const V8 packed = simd::table_bytes(simd::reinterpret<uint8_t>(lanes(i)), table);
+    return simd::table_bytes(simd::reinterpret<uint8_t>(lanes(i)), table);
+  };
+  // Four groups joined into three 16-byte stores, then single groups: a 16-byte store
+  // where it stays inside the array (its last four bytes, zero, are the next group's
+  // or the tail's), else 12 bytes.
+  const V8 z = simd::zeros<V8>();
+  int64_t i = 0;
+  for (; i + kTurn * kGroup <= n; i += kTurn * kGroup) {
+    const V8 p0 = packed(i), p1 = packed(i + kGroup), p2 = packed(i + 2 * kGroup), p3 = packed(i + 3 * kGroup);
     uint8_t* d = dst + 3 * i;
-    if (whole) {
-      simd::store(d, packed);  // its last four bytes, zero, are the next group's or the tail's
+    simd::store(d, simd::bit_or(p0, simd::ext_bytes<4>(z, p1)));
+    simd::store(d + 16, simd::bit_or(simd::ext_bytes<4>(p1, z), simd::ext_bytes<8>(z, p2)));
+    simd::store(d + 32, simd::bit_or(simd::ext_bytes<8>(p2, z), simd::ext_bytes<12>(z, p3)));
+  }
+  for (; i < n; i += kGroup) {
+    const V8 p = packed(i);
+    uint8_t* d = dst + 3 * i;
+    if (3 * i + 16 <= bytes) {
+      simd::store(d, p);
     } else {
       uint8_t b[16];
-      simd::store(b, packed);
+      simd::store(b, p);
       memcpy(d, b, kGroupBytes);
     }
-  };
-  // Groups whose 16-byte store stays inside the array, four a turn while they last.
-  const int64_t whole = bytes >= 16 ? std::min(n, ((bytes - 16) / kGroupBytes + 1) * kGroup) : 0;
-  int64_t i = 0;
-  for (; i + kUnroll * kGroup <= whole; i += kUnroll * kGroup)
-    for (int j = 0; j < kUnroll; ++j) group(i + j * kGroup, true);
-  for (; i < n; i += kGroup) group(i, 3 * i + 16 <= bytes);
+  }
   for (int64_t i = n; i < len; ++i) put_sample(dst, i, tail(i));
 }
 

@@ -39,6 +39,16 @@ inline vec<uint8_t, 1> table_bytes(const vec<uint8_t, 1>& a, const vec<uint8_t, 
   return r;
 }
 
+// ---- ext_bytes
+// Returns bytes n to 15 of a followed by bytes 0 to n - 1 of b (ext #n).
+template <int n>
+inline vec<uint8_t, 1> ext_bytes(const vec<uint8_t, 1>& a, const vec<uint8_t, 1>& b) {
+  static_assert(n > 0 && n < 16, "a byte offset inside the register");
+  vec<uint8_t, 1> r;
+  for (int i = 0; i < 16; ++i) r.raw.v[i] = i + n < 16 ? a.raw.v[i + n] : b.raw.v[i + n - 16];
+  return r;
+}
+
 // ---- load_planes2
 // Loads two vectors of pairs from p, the first members into a and the second into b
 // (ld2).

@@ -35,6 +35,12 @@ inline vec<uint8_t, 1> table_bytes(const vec<uint8_t, 1>& a, const vec<uint8_t, 
   return {vqtbl1q_u8(a.raw, idx.raw)};
 }
 
+// ---- ext_bytes
+template <int n>
+inline vec<uint8_t, 1> ext_bytes(const vec<uint8_t, 1>& a, const vec<uint8_t, 1>& b) {
+  return {vextq_u8(a.raw, b.raw, n)};
+}
+
 // ---- load_planes2
 template <class V>
 inline void load_planes2(const typename V::lane* p, V& a, V& b) {

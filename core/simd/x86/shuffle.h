@@ -108,6 +108,12 @@ inline vec<uint8_t, 1> table_bytes(const vec<uint8_t, 1>& a, const vec<uint8_t, 
   return {_mm_shuffle_epi8(a.raw, i)};
 }
 
+// ---- ext_bytes
+template <int n>
+inline vec<uint8_t, 1> ext_bytes(const vec<uint8_t, 1>& a, const vec<uint8_t, 1>& b) {
+  return {_mm_alignr_epi8(b.raw, a.raw, n)};
+}
+
 // ---- load_planes2
 // Each block unzipped into its even and odd lanes, then the 64-bit quarters put in
 // order (AVX-512 does it in one two-register permute).
