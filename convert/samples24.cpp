@@ -1,9 +1,9 @@
 // Packed 24-bit samples: three bytes a sample, least significant first. Reading unpacks
 // four samples from 12 bytes into four 32-bit lanes with a byte table; writing computes
-// four 32-bit lanes and packs them back into 12 bytes. Four groups go together as 48
-// bytes, three whole registers joined or split with byte extractions; a single group
-// uses a 16-byte load or store only where all its bytes lie inside the packed array,
-// so no call touches a byte past 3 * len.
+// four 32-bit lanes and packs them back into 12 bytes. Reading takes four groups as 48
+// bytes, three whole registers split with byte extractions, and a single group with a
+// 16-byte load only where all its bytes lie inside the packed array; writing stores
+// the 12 bytes of each group and nothing more. No call touches a byte past 3 * len.
 #include <string.h>
 
 #include <algorithm>
@@ -97,67 +97,49 @@ inline void put_sample(uint8_t* dst, int64_t i, int32_t v) {
   dst[3 * i + 2] = static_cast<uint8_t>(v >> 16);
 }
 
-// Whole blocks of 8 samples, four lanes(i) at a time packed into 12 bytes (with a
-// read hint `ahead` bytes past src[i] for each, none when 0), then tail(i) for the
-// samples left, each written as three bytes.
+// Whole blocks of 8 samples, four lanes(i, w) a 128-bit block (as many as the register
+// of width w holds), packed into 12 bytes each and stored with nothing past them, with
+// a read hint `ahead` bytes past src[i] for each register (none when 0); then tail(i)
+// for the samples left, each written as three bytes.
 template <class S, class Lanes, class Tail>
 void pack(const S* src, uint8_t* dst, int32_t len, int64_t ahead, Lanes&& lanes, Tail&& tail) {
-  const V8 table = simd::load<V8>(kPack);
-  const int64_t bytes = 3 * int64_t{len};
   const int64_t n = block_end<8>(len);
-  auto packed = [&](int64_t i) {
-    if (ahead != 0) hint_read(src + i, ahead);
-    return simd::table_bytes(simd::reinterpret<uint8_t>(lanes(i)), table);
-  };
-  // Four groups joined into three 16-byte stores, then single groups: a 16-byte store
-  // where it stays inside the array (its last four bytes, zero, are the next group's
-  // or the tail's), else 12 bytes.
-  const V8 z = simd::zeros<V8>();
-  int64_t i = 0;
-  for (; i + kTurn * kGroup <= n; i += kTurn * kGroup) {
-    const V8 p0 = packed(i), p1 = packed(i + kGroup), p2 = packed(i + 2 * kGroup), p3 = packed(i + 3 * kGroup);
-    uint8_t* d = dst + 3 * i;
-    simd::store(d, simd::bit_or(p0, simd::ext_bytes<4>(z, p1)));
-    simd::store(d + 16, simd::bit_or(simd::ext_bytes<4>(p1, z), simd::ext_bytes<8>(z, p2)));
-    simd::store(d + 32, simd::bit_or(simd::ext_bytes<8>(p2, z), simd::ext_bytes<12>(z, p3)));
-  }
-  for (; i < n; i += kGroup) {
-    const V8 p = packed(i);
-    uint8_t* d = dst + 3 * i;
-    if (3 * i + 16 <= bytes) {
-      simd::store(d, p);
-    } else {
-      uint8_t b[16];
-      simd::store(b, p);
-      memcpy(d, b, kGroupBytes);
-    }
-  }
+  for_blocks<kGroup>(
+      n,
+      [&](int64_t i, auto w) {
+        using VB = simd::vec<uint8_t, decltype(w)::value>;
+        if (ahead != 0) hint_read(src + i, ahead);
+        const VB table = simd::load_repeated_block<VB>(kPack);
+        simd::store_blocks12(dst + 3 * i, simd::table_bytes(simd::reinterpret<uint8_t>(lanes(i, w)), table));
+      },
+      [](int64_t) {});  // n is whole blocks
   for (int64_t i = n; i < len; ++i) put_sample(dst, i, tail(i));
 }
 
-using V32 = simd::vec<int32_t, 1>;
-
 // Lanes clamped to [lo, hi].
-inline V32 clamp(const V32& v, int32_t lo, int32_t hi) {
-  return simd::min(simd::max(v, simd::splat<V32>(lo)), simd::splat<V32>(hi));
+template <int K>
+inline simd::vec<int32_t, K> clamp(const simd::vec<int32_t, K>& v, int32_t lo, int32_t hi) {
+  using V = simd::vec<int32_t, K>;
+  return simd::min(simd::max(v, simd::splat<V>(lo)), simd::splat<V>(hi));
 }
 
 // x / 2^s rounded to nearest with a tie to the even quotient, for s >= 1: the floor
 // quotient q, plus one where the remainder is above half of 2^s or is half and q odd.
 // From s = 32 on every quotient is 0, but for an unsigned x above 2^31 at s = 32.
-template <class T>
-inline V32 divide_even(const simd::vec<T, 1>& x, int s) {
-  using VT = simd::vec<T, 1>;
+template <class T, int K>
+inline simd::vec<int32_t, K> divide_even(const simd::vec<T, K>& x, int s) {
+  using VT = simd::vec<T, K>;
+  using V = simd::vec<int32_t, K>;
   if (s >= 32) {
-    if (std::is_signed_v<T> || s > 32) return simd::zeros<V32>();
+    if (std::is_signed_v<T> || s > 32) return simd::zeros<V>();
     const VT above = simd::cmp_gt(x, simd::splat<VT>(T(0x80000000u)));
     return simd::reinterpret<int32_t>(simd::bit_and(above, simd::splat<VT>(T(1))));
   }
-  const V32 q = simd::reinterpret<int32_t>(simd::shr(x, simd::shift_count<T, 1>(s)));
-  const V32 r = simd::reinterpret<int32_t>(simd::bit_and(x, simd::splat<VT>(static_cast<T>((uint32_t{1} << s) - 1))));
-  const V32 half = simd::splat<V32>(static_cast<int32_t>(uint32_t{1} << (s - 1)));
-  const V32 one = simd::splat<V32>(1);
-  const V32 tie_odd = simd::bit_and(simd::cmp_eq(r, half), simd::cmp_eq(simd::bit_and(q, one), one));
+  const V q = simd::reinterpret<int32_t>(simd::shr(x, simd::shift_count<T, K>(s)));
+  const V r = simd::reinterpret<int32_t>(simd::bit_and(x, simd::splat<VT>(static_cast<T>((uint32_t{1} << s) - 1))));
+  const V half = simd::splat<V>(static_cast<int32_t>(uint32_t{1} << (s - 1)));
+  const V one = simd::splat<V>(1);
+  const V tie_odd = simd::bit_and(simd::cmp_eq(r, half), simd::cmp_eq(simd::bit_and(q, one), one));
   return simd::sub_wrap(q, simd::bit_or(simd::cmp_gt(r, half), tie_odd));  // a mask is -1
 }
 
@@ -175,27 +157,27 @@ ZIVKStatus pack_int(const T* src, uint8_t* dst, int32_t len, double scale, int64
   constexpr bool kSigned = std::is_signed_v<T>;
   constexpr int32_t lo = kSigned ? kMin24s : 0, hi = kSigned ? kMax24s : kMax24u;
   const int32_t e = scale::exponent(scale);
-  using VT = simd::vec<T, 1>;
-  auto load = [&](int64_t i) { return simd::load<VT>(src + i); };
+  auto load = [&](int64_t i, auto w) { return simd::load<simd::vec<T, decltype(w)::value>>(src + i); };
   // Unsigned lanes fit int32 once held at 0xFFFFFF.
-  auto clamped = [&](const VT& v) {
+  auto clamped = [&](const auto& v) {
+    using VT = std::decay_t<decltype(v)>;
     if constexpr (kSigned) return clamp(v, lo, hi);
     else return simd::reinterpret<int32_t>(simd::min(v, simd::splat<VT>(static_cast<T>(hi))));
   };
   if (e == 0) {
-    pack(src, dst, len, ahead, [&](int64_t i) { return clamped(load(i)); },
+    pack(src, dst, len, ahead, [&](int64_t i, auto w) { return clamped(load(i, w)); },
          [&](int64_t i) { return static_cast<int32_t>(std::min<int64_t>(std::max<int64_t>(src[i], lo), hi)); });
   } else if (e > 0) {
     const float m = scale::multiplier<float>(e);
     pack(src, dst, len, ahead,
-         [&](int64_t i) { return clamped(simd::shl_sat_by_low_byte<RightShift::kRound>(load(i), e)); },
+         [&](int64_t i, auto w) { return clamped(simd::shl_sat_by_low_byte<RightShift::kRound>(load(i, w), e)); },
          [&](int64_t i) { return tail24(static_cast<float>(src[i]) * m, lo, hi); });
   } else {
     // x * 2^e is exact in float64, so rounding it to nearest even is the integer
     // quotient by 2^-e rounded the same way, which the block makes in its own lanes.
     const double m = scale::multiplier<double>(e);
     const int s = -e;
-    pack(src, dst, len, ahead, [&](int64_t i) { return clamp(divide_even(load(i), s), lo, hi); },
+    pack(src, dst, len, ahead, [&](int64_t i, auto w) { return clamp(divide_even(load(i, w), s), lo, hi); },
          [&](int64_t i) { return tail24(static_cast<double>(src[i]) * m, lo, hi); });
   }
   return ZIVK_STS_NO_ERR;
@@ -211,19 +193,22 @@ ZIVKStatus pack_float(const float* src, uint8_t* dst, int32_t len, double scale,
   constexpr int32_t lo = kSigned ? kMin24s : 0, hi = kSigned ? kMax24s : kMax24u;
   const int32_t e = scale::exponent(scale);
   const float m = scale::multiplier<float>(e);
-  const auto mv = simd::splat<simd::vec<float, 1>>(m);
-  auto p = [&](int64_t i) { return e == 0 ? src[i] : src[i] * m; };
-  pack(src, dst, len, ahead,
-       [&](int64_t i) {
-         auto x = simd::load<simd::vec<float, 1>>(src + i);
-         if (e != 0) x = simd::mul_raw(x, mv);
-         return clamp(simd::cvt_sat<int32_t, Mode::kNear>(x), lo, hi);
-       },
-       [&](int64_t i) { return tail24(p(i), lo, hi); });
+  const broadcast<float> mvs(m);
+  auto tail = [&](int64_t i) { return tail24(e == 0 ? src[i] : src[i] * m, lo, hi); };
+  auto lanes = [&](auto scaled) {
+    return [&, scaled](int64_t i, auto w) {
+      constexpr int K = decltype(w)::value;
+      auto x = simd::load<simd::vec<float, K>>(src + i);
+      if constexpr (decltype(scaled)::value) x = simd::mul_raw(x, mvs.template get<K>());
+      return clamp(simd::cvt_sat<int32_t, Mode::kNear>(x), lo, hi);
+    };
+  };
+  if (e == 0) pack(src, dst, len, ahead, lanes(std::false_type{}), tail);
+  else pack(src, dst, len, ahead, lanes(std::true_type{}), tail);
   return ZIVK_STS_NO_ERR;
 }
 
-// The writing forms but 32s24s read 1024 bytes ahead of src, once a group.
+// The writing forms but 32s24s read 1024 bytes ahead of src, once a register.
 constexpr int64_t kPackReadAheadBytes = 1024;
 
 }  // namespace

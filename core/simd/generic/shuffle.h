@@ -31,12 +31,22 @@ inline vec<T, K> swap_bytes(const vec<T, K>& a) {
 }
 
 // ---- table_bytes
-// Returns byte i of the register as byte idx[i] of a, or 0 where idx[i] is 16 or more
-// (tbl).
-inline vec<uint8_t, 1> table_bytes(const vec<uint8_t, 1>& a, const vec<uint8_t, 1>& idx) {
-  vec<uint8_t, 1> r;
-  for (int i = 0; i < 16; ++i) r.raw.v[i] = idx.raw.v[i] < 16 ? a.raw.v[idx.raw.v[i]] : 0;
+// Returns byte i of each 16-byte block as byte idx[i] of the same block of a, or 0 where
+// idx[i] is 16 or more (tbl).
+template <int K>
+inline vec<uint8_t, K> table_bytes(const vec<uint8_t, K>& a, const vec<uint8_t, K>& idx) {
+  vec<uint8_t, K> r;
+  for (int b = 0; b < 16 * K; b += 16)
+    for (int i = 0; i < 16; ++i) r.raw.v[b + i] = idx.raw.v[b + i] < 16 ? a.raw.v[b + idx.raw.v[b + i]] : 0;
   return r;
+}
+
+// ---- store_blocks12
+// Stores the first 12 bytes of each 16-byte block, one after another: 12 * K bytes
+// from p, nothing past them (st1 of 8 bytes and a 4-byte lane, per block).
+template <int K>
+inline void store_blocks12(uint8_t* p, const vec<uint8_t, K>& v) {
+  for (int b = 0; b < K; ++b) memcpy(p + 12 * b, v.raw.v + 16 * b, 12);
 }
 
 // ---- ext_bytes

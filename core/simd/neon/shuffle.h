@@ -35,6 +35,12 @@ inline vec<uint8_t, 1> table_bytes(const vec<uint8_t, 1>& a, const vec<uint8_t, 
   return {vqtbl1q_u8(a.raw, idx.raw)};
 }
 
+// ---- store_blocks12
+inline void store_blocks12(uint8_t* p, const vec<uint8_t, 1>& v) {
+  vst1_u8(p, vget_low_u8(v.raw));
+  vst1q_lane_u32(reinterpret_cast<uint32_t*>(p + 8), vreinterpretq_u32_u8(v.raw), 2);
+}
+
 // ---- ext_bytes
 template <int n>
 inline vec<uint8_t, 1> ext_bytes(const vec<uint8_t, 1>& a, const vec<uint8_t, 1>& b) {

@@ -102,10 +102,39 @@ inline __m512i permute2(__m512i a, __m512i idx, __m512i b) {
 
 // ---- table_bytes
 // pshufb gives 0 only for an index with its top bit set, so indices of 16 and more get
-// it first.
-inline vec<uint8_t, 1> table_bytes(const vec<uint8_t, 1>& a, const vec<uint8_t, 1>& idx) {
-  const __m128i i = _mm_or_si128(idx.raw, _mm_cmpgt_epi8(idx.raw, _mm_set1_epi8(15)));
-  return {_mm_shuffle_epi8(a.raw, i)};
+// it first; the wide forms look up within each 128-bit block, as wanted.
+template <int K>
+inline vec<uint8_t, K> table_bytes(const vec<uint8_t, K>& a, const vec<uint8_t, K>& idx) {
+  using O = x86::ops<K>;
+  const auto i = idx.raw | O::cmpgt8(idx.raw, O::set1_8(15));
+  if constexpr (K == 1) return {_mm_shuffle_epi8(a.raw, i)};
+  else if constexpr (K == 2) return {_mm256_shuffle_epi8(a.raw, i)};
+#if defined(ZIVKS_X86_512)
+  else return {_mm512_shuffle_epi8(a.raw, i)};
+#endif
+}
+
+// ---- store_blocks12
+// The 12 bytes of each block are gathered by a dword permute where the register is
+// wide; AVX-512 stores the 48 bytes under a byte mask.
+template <int K>
+inline void store_blocks12(uint8_t* p, const vec<uint8_t, K>& v) {
+  if constexpr (K == 1) {
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(p), v.raw);
+    const int32_t w = _mm_extract_epi32(v.raw, 2);
+    memcpy(p + 8, &w, 4);
+  } else if constexpr (K == 2) {
+    const __m256i g = _mm256_permutevar8x32_epi32(v.raw, _mm256_setr_epi32(0, 1, 2, 4, 5, 6, 7, 7));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(p), _mm256_castsi256_si128(g));
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(p + 16), _mm256_extracti128_si256(g, 1));
+  }
+#if defined(ZIVKS_X86_512)
+  else {
+    const __m512i g = _mm512_permutexvar_epi32(
+        _mm512_setr_epi32(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, 15, 15, 15, 15), v.raw);
+    _mm512_mask_storeu_epi8(p, (__mmask64{1} << 48) - 1, g);
+  }
+#endif
 }
 
 // ---- ext_bytes
