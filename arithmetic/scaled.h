@@ -63,21 +63,16 @@ inline simd::vec<W, K> product(const simd::vec<W, K>& x, const simd::vec<F, K>& 
   return simd::cvt_sat<W, Mode::kNear>(simd::mul_raw(simd::cvt_to_float<F>(x), m));
 }
 
-// Both halves of a register of parts P extended to twice the width, read as signed.
+// Both halves of a register of 16- or 32-bit parts P extended to the wide lanes, read
+// as signed.
 template <class P, int K>
 struct halves {
-  using L = std::conditional_t<std::is_unsigned_v<P>, std::make_unsigned_t<wide_t<P>>, wide_t<P>>;
-  using W = std::conditional_t<sizeof(P) == 1, int16_t, wide_t<P>>;
+  static_assert(sizeof(P) == 2 || sizeof(P) == 4, "16- or 32-bit parts");
+  using W = wide_t<P>;
+  using L = std::conditional_t<std::is_unsigned_v<P>, std::make_unsigned_t<W>, W>;
   simd::vec<W, K> lo, hi;
-  explicit halves(const simd::vec<P, K>& v) {
-    if constexpr (sizeof(P) == 1) {
-      lo = simd::reinterpret<int16_t>(simd::widen_lo<uint16_t>(v));
-      hi = simd::reinterpret<int16_t>(simd::widen_hi<uint16_t>(v));
-    } else {
-      lo = simd::reinterpret<W>(simd::widen_lo<L>(v));
-      hi = simd::reinterpret<W>(simd::widen_hi<L>(v));
-    }
-  }
+  explicit halves(const simd::vec<P, K>& v)
+      : lo(simd::reinterpret<W>(simd::widen_lo<L>(v))), hi(simd::reinterpret<W>(simd::widen_hi<L>(v))) {}
 };
 
 // ---- multiply_register
