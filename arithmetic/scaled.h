@@ -19,17 +19,12 @@ namespace zivks::scaled {
 
 using rounding::Mode;
 
-struct Checked {
-  int32_t e;  // M = 2^e; the scale shift is -e
-  ZIVKStatus st;
-};
+using scale::Checked;
 
-// Pointers, then len, then scale; e when all pass.
+// Pointers, then len, then scale.
 template <class... P>
 inline Checked check(int32_t len, double scale, const P*... p) {
-  if (const ZIVKStatus st = check_ptrs_len(len, p...)) return {0, st};
-  if (const ZIVKStatus st = scale::check(scale)) return {0, st};
-  return {scale::exponent(scale), ZIVK_STS_NO_ERR};
+  return scale::checked(len, scale, ZIVK_STS_NO_ERR, p...);
 }
 
 // x = a + b or a - b.

@@ -36,16 +36,11 @@ inline void by_mode(uint32_t mode, Go&& go) {
 
 // Pointers, len, then (where the member checks it) rndMode compared as unsigned, then
 // scale; e when all pass.
-struct Checked {
-  int32_t e;
-  ZIVKStatus st;
-};
+using scale::Checked;
 template <bool kCheckMode>
 inline Checked check(const void* src, const void* dst, int32_t len, ZIVKRoundMode mode, double scale) {
-  if (const ZIVKStatus st = check_ptrs_len(len, src, dst)) return {0, st};
-  if (kCheckMode && static_cast<uint32_t>(mode) > 2u) return {0, ZIVK_STS_ROUND_MODE_ERR};
-  if (const ZIVKStatus st = scale::check(scale)) return {0, st};
-  return {scale::exponent(scale), ZIVK_STS_NO_ERR};
+  const bool bad_mode = kCheckMode && static_cast<uint32_t>(mode) > 2u;
+  return scale::checked(len, scale, bad_mode ? ZIVK_STS_ROUND_MODE_ERR : ZIVK_STS_NO_ERR, src, dst);
 }
 
 // ---- Convert_8s8u: a negative element gives 0; 16 a block.

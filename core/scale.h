@@ -8,6 +8,7 @@
 #include <stdint.h>
 
 #include "zivks.h"
+#include "core/frame.h"
 
 namespace zivks::scale {
 
@@ -34,6 +35,22 @@ inline int32_t exponent(double scale) {
 template <class F>
 inline F multiplier(int32_t e) {
   return static_cast<F>(ldexp(1.0, e));
+}
+
+// The outcome of a scaled call's checks: a status, and e where they all pass.
+struct Checked {
+  int32_t e;  // M = 2^e; the scale shift is -e
+  ZIVKStatus st;
+};
+
+// Pointers, then len, then `own` (the status of a check of the member's own, such as
+// its rounding selector; 0 for none), then scale.
+template <class... P>
+inline Checked checked(int32_t len, double scale, ZIVKStatus own, const P*... p) {
+  if (const ZIVKStatus st = check_ptrs_len(len, p...)) return {0, st};
+  if (own) return {0, own};
+  if (const ZIVKStatus st = check(scale)) return {0, st};
+  return {exponent(scale), ZIVK_STS_NO_ERR};
 }
 
 }  // namespace zivks::scale
