@@ -16,6 +16,7 @@
  *                       CountInRange, FindNearest, ReplaceNAN, ZeroCrossing
  *   zivks/sort.h        SortAscend/Descend, SortIndex, SortRadix, SortRadixIndex, TopK
  *   zivks/columnar.h    row hashes, CombineHash, AggMax and AggMin of column batches
+ *   zivks/filters.h     the causal median filter with its handle and delay lines
  *
  * Every header compiles as C99 and as C++ (the declarations are extern "C"). */
 #ifndef ZIVKS_H
@@ -30,5 +31,6 @@
 #include "zivks/statistics.h"
 #include "zivks/sort.h"
 #include "zivks/columnar.h"
+#include "zivks/filters.h"
 
 #endif /* ZIVKS_H */

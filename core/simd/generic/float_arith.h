@@ -78,6 +78,16 @@ inline vec<T, K> mul_add_raw(const vec<T, K>& a, const vec<T, K>& b, const vec<T
 template <class T, int K, class... Rest>
 inline bool any_nan(const vec<T, K>&, const Rest&...) { return false; }
 
+// ---- has_nan
+// Returns whether any lane of the vectors is NaN (fcmeq of each with itself, then uminv).
+template <class T, int K, class... Rest>
+inline bool has_nan(const vec<T, K>& v0, const Rest&... rest) {
+  for (const T x : v0.raw.v)
+    if (x != x) return true;
+  if constexpr (sizeof...(Rest) == 0) return false;
+  else return has_nan(rest...);
+}
+
 // ---- clear_sign
 // Returns a with the sign bit of every lane cleared; a NaN keeps its payload (fabs).
 template <class T, int K>

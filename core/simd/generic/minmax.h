@@ -43,6 +43,19 @@ inline vec<T, K> min_raw(const vec<T, K>& a, const vec<T, K>& b) {
   return r;
 }
 
+// ---- max_numbers, min_numbers
+// Return the larger or the smaller of a and b in each float lane, -0 below +0, where both
+// are numbers; a lane with a NaN operand is unspecified (fmax / fmin, for loops that
+// test their inputs with has_nan and take max_propagating when it says yes).
+template <class T, int K>
+inline vec<T, K> max_numbers(const vec<T, K>& a, const vec<T, K>& b) {
+  return max_propagating(a, b);
+}
+template <class T, int K>
+inline vec<T, K> min_numbers(const vec<T, K>& a, const vec<T, K>& b) {
+  return min_propagating(a, b);
+}
+
 // ---- max
 // Returns the larger of a and b in each integer lane (smax / umax).
 template <class T, int K>

@@ -16,6 +16,10 @@ inline bool any_nan(float64x2_t x) {
   return vminvq_u32(vreinterpretq_u32_u64(vceqq_f64(x, x))) == 0;
 }
 
+// All ones in the lanes that are numbers.
+inline uint32x4_t self_equal(float32x4_t x) { return vceqq_f32(x, x); }
+inline uint32x4_t self_equal(float64x2_t x) { return vreinterpretq_u32_u64(vceqq_f64(x, x)); }
+
 }  // namespace neon
 
 // ---- add_raw, sub_raw, mul_raw
@@ -54,6 +58,15 @@ inline vec<T, K> mul_add(const vec<T, K>& a, const vec<T, K>& b, const vec<T, K>
 template <class T, int K, class... Rest>
 inline bool any_nan(const vec<T, K>& r0, const Rest&... rest) {
   return (neon::any_nan(r0.raw) || ... || neon::any_nan(rest.raw));
+}
+
+// ---- has_nan
+// The self-compares of all the vectors ANDed, then one uminv.
+template <class T, int K, class... Rest>
+inline bool has_nan(const vec<T, K>& v0, const Rest&... rest) {
+  uint32x4_t eq = neon::self_equal(v0.raw);
+  ((eq = vandq_u32(eq, neon::self_equal(rest.raw))), ...);
+  return vminvq_u32(eq) == 0;
 }
 
 // ---- add

@@ -52,7 +52,6 @@ inline vec<T, K> min_propagating(const vec<T, K>& a, const vec<T, K>& b) {
 }
 
 // ---- max_raw, min_raw
-// ---- max_raw, min_raw
 // fmax and fmin as they come: a NaN lane holds some NaN.
 template <class T, int K>
 inline vec<T, K> max_raw(const vec<T, K>& a, const vec<T, K>& b) {
@@ -61,6 +60,17 @@ inline vec<T, K> max_raw(const vec<T, K>& a, const vec<T, K>& b) {
 template <class T, int K>
 inline vec<T, K> min_raw(const vec<T, K>& a, const vec<T, K>& b) {
   return {neon::fmin(a.raw, b.raw)};
+}
+
+// ---- max_numbers, min_numbers
+// fmax and fmin order the zeros already.
+template <class T, int K>
+inline vec<T, K> max_numbers(const vec<T, K>& a, const vec<T, K>& b) {
+  return max_raw(a, b);
+}
+template <class T, int K>
+inline vec<T, K> min_numbers(const vec<T, K>& a, const vec<T, K>& b) {
+  return min_raw(a, b);
 }
 
 // ---- max

@@ -72,6 +72,13 @@ inline bool any_nan(const vec<T, K>& r0, const Rest&... rest) {
   return x86::nan_lanes(r0, rest...) != 0;
 }
 
+// ---- has_nan
+// One unordered compare tests two vectors.
+template <class T, int K, class... Rest>
+inline bool has_nan(const vec<T, K>& v0, const Rest&... rest) {
+  return x86::nan_lanes(v0, rest...) != 0;
+}
+
 // ---- add
 template <class T, int K>
 inline vec<T, K> add(const vec<T, K>& a, const vec<T, K>& b) {

@@ -58,6 +58,16 @@ inline vec<T, K> min_raw(const vec<T, K>& a, const vec<T, K>& b) {
   return vec<T, K>{x86::ops<K>::min(a.raw, b.raw)};
 }
 
+// ---- max_numbers, min_numbers
+template <class T, int K>
+inline vec<T, K> max_numbers(const vec<T, K>& a, const vec<T, K>& b) {
+  return {x86::max_exact<K>(a.raw, b.raw)};
+}
+template <class T, int K>
+inline vec<T, K> min_numbers(const vec<T, K>& a, const vec<T, K>& b) {
+  return {x86::min_exact<K>(a.raw, b.raw)};
+}
+
 // ---- max
 template <class T, int K>
 inline vec<T, K> max(const vec<T, K>& a, const vec<T, K>& b) {
