@@ -51,12 +51,6 @@ struct nan_watch {
   bool met() const { return kOn && simd::any_true(simd::bit_not(ordered)); }
 };
 
-template <class V>
-inline bool has_nan(const V& v) {
-  if constexpr (std::is_floating_point_v<typename V::lane>) return simd::any_true(simd::bit_not(simd::cmp_eq(v, v)));
-  else return false;
-}
-
 // The 128-bit block j of v.
 template <class T, int K>
 inline simd::vec<T, 1> block_of(const simd::vec<T, K>& v, int j) {
@@ -114,7 +108,7 @@ inline void run(const T* p, int64_t count, bool& nan, simd::vec<T, 1>* out) {
   }
   nan |= watch.met() || watch1.met();
   if constexpr (simd::fold_tuning::kRawKeepsNan)
-    for (int k = 0; k < kF; ++k) nan |= has_nan(out[k]);
+    for (int k = 0; k < kF; ++k) nan |= simd::has_nan(out[k]);
 }
 
 template <class T, Fold... fs>

@@ -79,9 +79,11 @@ template <class T, int K, class... Rest>
 inline bool any_nan(const vec<T, K>&, const Rest&...) { return false; }
 
 // ---- has_nan
-// Returns whether any lane of the vectors is NaN (fcmeq of each with itself, then uminv).
+// Returns whether any lane of the vectors is NaN, never for integer lanes (fcmeq of each
+// with itself, then uminv).
 template <class T, int K, class... Rest>
 inline bool has_nan(const vec<T, K>& v0, const Rest&... rest) {
+  if constexpr (!std::is_floating_point_v<T>) return false;
   for (const T x : v0.raw.v)
     if (x != x) return true;
   if constexpr (sizeof...(Rest) == 0) return false;

@@ -64,9 +64,13 @@ inline bool any_nan(const vec<T, K>& r0, const Rest&... rest) {
 // The self-compares of all the vectors ANDed, then one uminv.
 template <class T, int K, class... Rest>
 inline bool has_nan(const vec<T, K>& v0, const Rest&... rest) {
-  uint32x4_t eq = neon::self_equal(v0.raw);
-  ((eq = vandq_u32(eq, neon::self_equal(rest.raw))), ...);
-  return vminvq_u32(eq) == 0;
+  if constexpr (!std::is_floating_point_v<T>) {
+    return false;
+  } else {
+    uint32x4_t eq = neon::self_equal(v0.raw);
+    ((eq = vandq_u32(eq, neon::self_equal(rest.raw))), ...);
+    return vminvq_u32(eq) == 0;
+  }
 }
 
 // ---- add

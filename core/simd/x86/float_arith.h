@@ -76,7 +76,8 @@ inline bool any_nan(const vec<T, K>& r0, const Rest&... rest) {
 // One unordered compare tests two vectors.
 template <class T, int K, class... Rest>
 inline bool has_nan(const vec<T, K>& v0, const Rest&... rest) {
-  return x86::nan_lanes(v0, rest...) != 0;
+  if constexpr (!std::is_floating_point_v<T>) return false;
+  else return x86::nan_lanes(v0, rest...) != 0;
 }
 
 // ---- add
