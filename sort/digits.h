@@ -164,17 +164,30 @@ struct CountTable {
   static T value(int32_t index) { return static_cast<T>(index - kBias); }
 };
 
-// Walks the counters of a filled table from the least value up (rising) or from the
-// largest down (falling) and calls run(value, count) for every counter above 0.
+// Walks the counters of a filled table of n entries from the least value up (rising) or
+// from the largest down (falling) and calls run(value, count) for every counter above 0.
+// Groups of kRunGroup empty counters are passed over with one test, and the walk stops
+// once all n entries are out: a short array leaves most of a table empty.
+inline constexpr int32_t kRunGroup = 8;
+
 template <class T, class Run>
-inline void for_each_run(const int32_t* counts, Order order, Run run) {
+inline void for_each_run(const int32_t* counts, int32_t n, Order order, Run run) {
   using Table = CountTable<T>;
-  if (order == Order::rising) {
-    for (int32_t d = 0; d < Table::kSize; ++d)
-      if (counts[d] > 0) run(Table::value(d), counts[d]);
-  } else {
-    for (int32_t d = Table::kSize - 1; d >= 0; --d)
-      if (counts[d] > 0) run(Table::value(d), counts[d]);
+  static_assert(Table::kSize % kRunGroup == 0);
+  const bool rising = order == Order::rising;
+  int32_t left = n;
+  for (int32_t g = 0; g < Table::kSize && left > 0; g += kRunGroup) {
+    const int32_t first = rising ? g : Table::kSize - kRunGroup - g;
+    int32_t any = 0;
+    for (int32_t k = 0; k < kRunGroup; ++k) any |= counts[first + k];
+    if (any == 0) continue;
+    for (int32_t k = 0; k < kRunGroup; ++k) {
+      const int32_t d = rising ? first + k : first + kRunGroup - 1 - k;
+      if (counts[d] > 0) {
+        run(Table::value(d), counts[d]);
+        left -= counts[d];
+      }
+    }
   }
 }
 
@@ -204,7 +217,7 @@ inline void counting_sort(T* a, int32_t n, int32_t* counts, Order order) {
   using Table = CountTable<T>;
   count(counts, Table::kSize, n, [a](int32_t i) { return Table::index(a[i]); });
   T* out = a;
-  for_each_run<T>(counts, order, [&out](T v, int32_t run) {
+  for_each_run<T>(counts, n, order, [&out](T v, int32_t run) {
     if constexpr (sizeof(T) == 1) {
       memset(out, static_cast<uint8_t>(v), static_cast<size_t>(run));
     } else {
