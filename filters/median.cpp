@@ -166,7 +166,7 @@ struct PropagatingExchange {
 };
 
 template <class X, int M, class V, size_t... S>
-inline V run_network(const V (&in)[M], std::index_sequence<S...>) {
+[[gnu::always_inline]] inline V run_network(const V (&in)[M], std::index_sequence<S...>) {
   constexpr const Network<M>& net = kNetwork<M>;
   V node[M + sizeof...(S)];
   for (int j = 0; j < M; ++j) node[j] = in[j];
@@ -177,7 +177,7 @@ inline V run_network(const V (&in)[M], std::index_sequence<S...>) {
 }
 
 template <class X, int M, class V>
-inline V median_of(const V (&in)[M]) {
+[[gnu::always_inline]] inline V median_of(const V (&in)[M]) {
   return run_network<X>(in, std::make_index_sequence<kNetwork<M>.count>{});
 }
 
@@ -195,7 +195,9 @@ inline bool window_has_nan(const V (&in)[M], std::index_sequence<J...>) {
 template <class T, int M>
 void network_pass(const T* src, T* dst, int64_t count) {
   const void* hint = reinterpret_cast<const void*>(reinterpret_cast<uintptr_t>(src) + kReadHintElems * sizeof(T));
-  for_whole_blocks<kVectorElems<T>>(count, [&](int64_t k, auto w) {
+  // The body is large (up to 52 operations and their NaN test); it is inlined so that
+  // the loop keeps src, dst and the hint in registers.
+  for_whole_blocks<kVectorElems<T>>(count, [&](int64_t k, auto w) __attribute__((always_inline)) {
     using V = simd::vec<T, decltype(w)::value>;
     simd::prefetch_stream(hint);
     V in[M];

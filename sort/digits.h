@@ -168,7 +168,15 @@ struct CountTable {
 // from the largest down (falling) and calls run(value, count) for every counter above 0.
 // Groups of kRunGroup empty counters are passed over with one test, and the walk stops
 // once all n entries are out: a short array leaves most of a table empty.
-inline constexpr int32_t kRunGroup = 8;
+inline constexpr int32_t kRunGroup = 16;
+
+// Whether any of the kRunGroup counters from p is above 0 (counters are never negative).
+inline bool any_counted(const int32_t* p) {
+  using V = simd::vec<int32_t, 1>;
+  V seen = simd::load<V>(p);
+  for (int32_t k = V::kLanes; k < kRunGroup; k += V::kLanes) seen = simd::bit_or(seen, simd::load<V>(p + k));
+  return simd::any_true(seen);
+}
 
 template <class T, class Run>
 inline void for_each_run(const int32_t* counts, int32_t n, Order order, Run run) {
@@ -178,9 +186,7 @@ inline void for_each_run(const int32_t* counts, int32_t n, Order order, Run run)
   int32_t left = n;
   for (int32_t g = 0; g < Table::kSize && left > 0; g += kRunGroup) {
     const int32_t first = rising ? g : Table::kSize - kRunGroup - g;
-    int32_t any = 0;
-    for (int32_t k = 0; k < kRunGroup; ++k) any |= counts[first + k];
-    if (any == 0) continue;
+    if (!any_counted(counts + first)) continue;
     for (int32_t k = 0; k < kRunGroup; ++k) {
       const int32_t d = rising ? first + k : first + kRunGroup - 1 - k;
       if (counts[d] > 0) {
@@ -211,7 +217,7 @@ inline void write_run(T* p, int32_t run, T v) {
 
 // Sorts a[0..n) of 8- or 16-bit keys by counting into `counts` (a table of
 // CountTable<T>::kSize counters that the caller has cleared) and writing the runs in
-// `order`: 8-bit runs by memset, 16-bit runs by write_run.
+// `order`: 8-bit runs by memset (up to kShortRun byte by byte), 16-bit runs by write_run.
 template <class T>
 inline void counting_sort(T* a, int32_t n, int32_t* counts, Order order) {
   using Table = CountTable<T>;
@@ -219,7 +225,11 @@ inline void counting_sort(T* a, int32_t n, int32_t* counts, Order order) {
   T* out = a;
   for_each_run<T>(counts, n, order, [&out](T v, int32_t run) {
     if constexpr (sizeof(T) == 1) {
-      memset(out, static_cast<uint8_t>(v), static_cast<size_t>(run));
+      if (run <= kShortRun) {
+        for (int32_t i = 0; i < run; ++i) out[i] = v;
+      } else {
+        memset(out, static_cast<uint8_t>(v), static_cast<size_t>(run));
+      }
     } else {
       write_run(out, run, v);
     }
