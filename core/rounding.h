@@ -1,11 +1,14 @@
 // How a value becomes an integer: the rounding modes, the float-to-integer step of a
-// vector block, and the scalar tails that clamp first and then round. Block and tail agree
-// for every float32 value; where float64 sums of one half round, they part (see tail).
+// vector block, the scalar tails that clamp first and then round, and the rounding to
+// half precision. Block and tail agree for every float32 value; where float64 sums of
+// one half round, they part (see tail).
 #pragma once
 
 #include <math.h>
 #include <stdint.h>
+#include <string.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <type_traits>
@@ -46,6 +49,29 @@ inline F round(F p) {
   if constexpr (m == Mode::kZero) return std::trunc(p);
   else if constexpr (m == Mode::kNear) return nearest_even(p);
   else return nearest_away(p);
+}
+
+// x rounded to the nearest binary16 value, a tie to the even one, and kept as a float32
+// (fcvt to half precision and back): from 65520 up an infinity, below 2^-14 a multiple
+// of 2^-24. A float64 x is rounded once, straight to half precision. A NaN is made quiet
+// and keeps the top 10 bits of its payload.
+template <class F>
+inline float to_half(F x) {
+  if (x != x) {
+    uint32_t b;
+    const float f = static_cast<float>(x);
+    memcpy(&b, &f, sizeof b);
+    b = (b | 0x00400000u) & 0xFFFFE000u;
+    float r;
+    memcpy(&r, &b, sizeof r);
+    return r;
+  }
+  const F a = std::fabs(x);
+  if (a >= F(65520)) return std::copysign(std::numeric_limits<float>::infinity(), static_cast<float>(x));
+  if (a == F(0)) return static_cast<float>(x);
+  // The spacing of binary16 values near a: 2^-10 of its power of two, 2^-24 at least.
+  const F q = std::ldexp(F(1), std::max(std::ilogb(a), -14) - 10);
+  return static_cast<float>(std::copysign(nearest_even(a / q) * q, x));  // every step exact
 }
 
 // The float-to-integer step of a vector block: round by m, saturate to the integer lane

@@ -60,4 +60,15 @@ inline vec<float, K> float_narrow(const vec<double, K>& a, const vec<double, K>&
   return r;
 }
 
+// ---- round_to_half
+// Returns the float32 lanes rounded to the nearest half-precision value, a tie to the
+// even one, as float32 lanes: from 65520 up an infinity, below 2^-14 a multiple of 2^-24;
+// a NaN made quiet keeps the top 10 bits of its payload (fcvtn to half, fcvtl back).
+template <int K>
+inline vec<float, K> round_to_half(const vec<float, K>& a) {
+  vec<float, K> r;
+  for (int i = 0; i < vec<float, K>::kLanes; ++i) r.raw.v[i] = rounding::to_half(a.raw.v[i]);
+  return r;
+}
+
 }  // namespace zivks::simd

@@ -49,4 +49,9 @@ inline vec<float, 1> float_narrow(const vec<double, 1>& a, const vec<double, 1>&
   return {vcvt_high_f32_f64(vcvt_f32_f64(a.raw), b.raw)};
 }
 
+// ---- round_to_half
+inline vec<float, 1> round_to_half(const vec<float, 1>& a) {
+  return {vcvt_f32_f16(vcvt_f16_f32(a.raw))};
+}
+
 }  // namespace zivks::simd

@@ -136,6 +136,8 @@ inline vec<To, 1> narrow_sat(const vec<From, 1>& a, const vec<From, 1>& b) {
   vec<To, 1> r;
   if constexpr (std::is_same_v<From, int64_t> && std::is_same_v<To, int32_t>)
     r.raw = vqmovn_high_s64(vqmovn_s64(a.raw), b.raw);
+  else if constexpr (std::is_same_v<From, int64_t> && std::is_same_v<To, uint32_t>)
+    r.raw = vqmovun_high_s64(vqmovun_s64(a.raw), b.raw);
   else if constexpr (std::is_same_v<From, int32_t> && std::is_same_v<To, int16_t>)
     r.raw = vqmovn_high_s32(vqmovn_s32(a.raw), b.raw);
   else if constexpr (std::is_same_v<From, int32_t> && std::is_same_v<To, uint16_t>)

@@ -47,35 +47,32 @@ inline vec<uint8_t, 1> ext_bytes(const vec<uint8_t, 1>& a, const vec<uint8_t, 1>
   return {vextq_u8(a.raw, b.raw, n)};
 }
 
+namespace neon {
+inline int16x8x2_t ld2(const int16_t* p) { return vld2q_s16(p); }
+inline uint16x8x2_t ld2(const uint16_t* p) { return vld2q_u16(p); }
+inline uint32x4x2_t ld2(const uint32_t* p) { return vld2q_u32(p); }
+inline uint64x2x2_t ld2(const uint64_t* p) { return vld2q_u64(p); }
+inline float32x4x2_t ld2(const float* p) { return vld2q_f32(p); }
+inline float64x2x2_t ld2(const double* p) { return vld2q_f64(p); }
+inline void st2(int16_t* p, int16x8_t a, int16x8_t b) { vst2q_s16(p, int16x8x2_t{{a, b}}); }
+inline void st2(uint16_t* p, uint16x8_t a, uint16x8_t b) { vst2q_u16(p, uint16x8x2_t{{a, b}}); }
+inline void st2(uint32_t* p, uint32x4_t a, uint32x4_t b) { vst2q_u32(p, uint32x4x2_t{{a, b}}); }
+inline void st2(uint64_t* p, uint64x2_t a, uint64x2_t b) { vst2q_u64(p, uint64x2x2_t{{a, b}}); }
+inline void st2(float* p, float32x4_t a, float32x4_t b) { vst2q_f32(p, float32x4x2_t{{a, b}}); }
+inline void st2(double* p, float64x2_t a, float64x2_t b) { vst2q_f64(p, float64x2x2_t{{a, b}}); }
+}  // namespace neon
+
 // ---- load_planes2
 template <class V>
 inline void load_planes2(const typename V::lane* p, V& a, V& b) {
-  using T = typename V::lane;
-  if constexpr (std::is_same_v<T, int16_t>) {
-    const int16x8x2_t x = vld2q_s16(p);
-    a.raw = x.val[0], b.raw = x.val[1];
-  } else if constexpr (std::is_same_v<T, uint16_t>) {
-    const uint16x8x2_t x = vld2q_u16(p);
-    a.raw = x.val[0], b.raw = x.val[1];
-  } else if constexpr (std::is_same_v<T, float>) {
-    const float32x4x2_t x = vld2q_f32(p);
-    a.raw = x.val[0], b.raw = x.val[1];
-  } else if constexpr (std::is_same_v<T, double>) {
-    const float64x2x2_t x = vld2q_f64(p);
-    a.raw = x.val[0], b.raw = x.val[1];
-  } else {
-    static_assert(sizeof(T) == 0, "no ld2 for this lane type");
-  }
+  const auto x = neon::ld2(p);
+  a.raw = x.val[0], b.raw = x.val[1];
 }
 
 // ---- store_planes2
 template <class T, int K>
 inline void store_planes2(T* p, const vec<T, K>& a, const vec<T, K>& b) {
-  if constexpr (std::is_same_v<T, int16_t>) vst2q_s16(p, int16x8x2_t{{a.raw, b.raw}});
-  else if constexpr (std::is_same_v<T, uint16_t>) vst2q_u16(p, uint16x8x2_t{{a.raw, b.raw}});
-  else if constexpr (std::is_same_v<T, float>) vst2q_f32(p, float32x4x2_t{{a.raw, b.raw}});
-  else if constexpr (std::is_same_v<T, double>) vst2q_f64(p, float64x2x2_t{{a.raw, b.raw}});
-  else static_assert(sizeof(T) == 0, "no st2 for this lane type");
+  neon::st2(p, a.raw, b.raw);
 }
 
 namespace neon {

@@ -185,4 +185,23 @@ inline vec<float, K> float_narrow(const vec<double, K>& a, const vec<double, K>&
 #endif
 }
 
+// ---- round_to_half
+// vcvtps2ph and back where the build has them (x86-64-v3 on); lane by lane before.
+template <int K>
+inline vec<float, K> round_to_half(const vec<float, K>& a) {
+  constexpr int kNear = _MM_FROUND_TO_NEAREST_INT | _MM_FROUND_NO_EXC;
+#if defined(__F16C__)
+  if constexpr (K == 1) return {_mm_cvtph_ps(_mm_cvtps_ph(a.raw, kNear))};
+  else if constexpr (K == 2) return {_mm256_cvtph_ps(_mm256_cvtps_ph(a.raw, kNear))};
+#if defined(ZIVKS_X86_512)
+  else return {_mm512_cvtph_ps(_mm512_cvtps_ph(a.raw, kNear))};
+#endif
+#else
+  (void)kNear;
+  lanes<vec<float, K>> l(a);
+  for (float& x : l.v) x = rounding::to_half(x);
+  return l.get();
+#endif
+}
+
 }  // namespace zivks::simd

@@ -194,14 +194,26 @@ inline vec<T, K> shl_sat_by_low_byte(const vec<T, K>& a, int32_t k) {
 
 namespace x86 {
 
-// Lanes of 64 bits clamped to the int32 range, for the forms without a saturating
+// Lanes of 64 bits clamped to lowest .. highest, for the forms without a saturating
 // 64-bit narrow.
 template <int K>
-inline typename ops<K>::I clamp_i32(typename ops<K>::I v) {
+inline typename ops<K>::I clamp_64(typename ops<K>::I v, int64_t lowest, int64_t highest) {
   using O = ops<K>;
-  const auto hi = O::set1_64(INT32_MAX), lo = O::set1_64(INT32_MIN);
+  const auto hi = O::set1_64(highest), lo = O::set1_64(lowest);
   v = O::blendv8(v, hi, O::cmpgt64(v, hi));
   return O::blendv8(v, lo, O::cmpgt64(lo, v));
+}
+
+// The low halves of the 64-bit lanes of a, then those of b, for one or two blocks.
+template <int K>
+inline typename ops<K>::I even_lanes32(typename ops<K>::I a, typename ops<K>::I b) {
+  static_assert(K == 1 || K == 2, "one or two blocks");
+  if constexpr (K == 1) {
+    return _mm_castps_si128(_mm_shuffle_ps(_mm_castsi128_ps(a), _mm_castsi128_ps(b), kEven32));
+  } else {
+    return ops<K>::pack_order(
+        _mm256_castps_si256(_mm256_shuffle_ps(_mm256_castsi256_ps(a), _mm256_castsi256_ps(b), kEven32)));
+  }
 }
 
 // The limits of narrow_sat_low_wrap_high over K blocks: 0xFFFF in the lanes that clamp
@@ -227,16 +239,20 @@ inline vec<To, K> narrow_sat(const vec<From, K>& a, const vec<From, K>& b) {
 #if defined(ZIVKS_X86_512)
     return V{O::narrow_sat_i64(a.raw, b.raw)};
 #else
-    static_assert(K == 1 || K == 2, "no such narrowing");
-    // The even 32-bit lanes of both, in order.
-    if constexpr (K == 1)
-      return V{_mm_castps_si128(_mm_shuffle_ps(_mm_castsi128_ps(x86::clamp_i32<1>(a.raw)),
-                                               _mm_castsi128_ps(x86::clamp_i32<1>(b.raw)), x86::kEven32))};
-    else
-      return V{O::pack_order(_mm256_castps_si256(_mm256_shuffle_ps(_mm256_castsi256_ps(x86::clamp_i32<2>(a.raw)),
-                                                                   _mm256_castsi256_ps(x86::clamp_i32<2>(b.raw)),
-                                                                   x86::kEven32)))};
+    return V{x86::even_lanes32<K>(x86::clamp_64<K>(a.raw, INT32_MIN, INT32_MAX),
+                                  x86::clamp_64<K>(b.raw, INT32_MIN, INT32_MAX))};
 #endif
+  } else if constexpr (std::is_same_v<From, int64_t> && std::is_same_v<To, uint32_t>) {
+#if defined(ZIVKS_X86_512)
+    if constexpr (K == 4) {
+      const __m512i z = _mm512_setzero_si512();
+      return V{_mm512_inserti64x4(_mm512_castsi256_si512(_mm512_cvtusepi64_epi32(_mm512_max_epi64(a.raw, z))),
+                                  _mm512_cvtusepi64_epi32(_mm512_max_epi64(b.raw, z)), 1)};
+    } else
+#endif
+    {
+      return V{x86::even_lanes32<K>(x86::clamp_64<K>(a.raw, 0, UINT32_MAX), x86::clamp_64<K>(b.raw, 0, UINT32_MAX))};
+    }
   } else if constexpr (std::is_same_v<From, int32_t> && std::is_same_v<To, int16_t>) {
     return V{O::pack_order(O::packs32(a.raw, b.raw))};
   } else if constexpr (std::is_same_v<From, int32_t> && std::is_same_v<To, uint16_t>) {

@@ -1,0 +1,165 @@
+// Up- and down-sampling by an integer factor: SampleUp puts each sample at place `phase`
+// of a group of `factor` outputs and zeros the rest; SampleDown keeps the samples at
+// phase, phase + factor, ... and hands the caller the phase that continues the stream in
+// the next block. Samples are moved as bits, never computed with.
+#include <stdint.h>
+
+#include <type_traits>
+
+#include "core/frame.h"
+
+namespace {
+
+using namespace zivks;
+
+// ---- Element types
+
+// What a member moves and the exported functions it is built on. `Unit` is an unsigned
+// lane type of the element's size, or the element itself where no lane is that wide.
+template <class E>
+struct Sampled;
+
+template <class E, class U>
+struct SampledAs {
+  using Unit = U;
+  static constexpr bool kVector = !std::is_same_v<U, E>;
+};
+
+template <>
+struct Sampled<int16_t> : SampledAs<int16_t, uint16_t> {
+  static constexpr auto copy = ZIVKS_Copy_16s;
+  static constexpr auto zero = ZIVKS_Zero_16s;
+};
+template <>
+struct Sampled<float> : SampledAs<float, uint32_t> {
+  static constexpr auto copy = ZIVKS_Copy_32f;
+  static constexpr auto zero = ZIVKS_Zero_32f;
+};
+template <>
+struct Sampled<double> : SampledAs<double, uint64_t> {
+  static constexpr auto copy = ZIVKS_Copy_64f;
+  static constexpr auto zero = ZIVKS_Zero_64f;
+};
+template <>
+struct Sampled<ZIVK16sc> : SampledAs<ZIVK16sc, uint32_t> {
+  static constexpr auto copy = ZIVKS_Copy_16sc;
+  static constexpr auto zero = ZIVKS_Zero_16sc;
+};
+template <>
+struct Sampled<ZIVK32fc> : SampledAs<ZIVK32fc, uint64_t> {
+  static constexpr auto copy = ZIVKS_Copy_32fc;
+  static constexpr auto zero = ZIVKS_Zero_32fc;
+};
+template <>
+struct Sampled<ZIVK64fc> : SampledAs<ZIVK64fc, ZIVK64fc> {
+  static constexpr auto copy = ZIVKS_Copy_64fc;
+  static constexpr auto zero = ZIVKS_Zero_64fc;
+};
+
+// The checks both directions share, in order: pointers, srcLen, factor, then *phase
+// (read only once it is known not to be null).
+template <class E>
+ZIVKStatus check_sampling(const E* src, int32_t srcLen, const E* dst, const int32_t* dstLen, int32_t factor,
+                          const int32_t* phase) {
+  if (const ZIVKStatus st = check_ptrs_len(srcLen, src, dst, dstLen, phase)) return st;
+  if (factor < 1) return ZIVK_STS_SAMPLE_FACTOR_ERR;
+  if (*phase < 0 || *phase >= factor) return ZIVK_STS_SAMPLE_PHASE_ERR;
+  return ZIVK_STS_NO_ERR;
+}
+
+// ---- SampleUp
+// dst[phase + i * factor] = src[i], zeros elsewhere, srcLen * factor outputs.
+
+template <class E>
+ZIVKStatus sample_up(const E* src, int32_t srcLen, E* dst, int32_t* dstLen, int32_t factor, int32_t* phase) {
+  using S = Sampled<E>;
+  using U = typename S::Unit;
+  if (const ZIVKStatus st = check_sampling(src, srcLen, dst, dstLen, factor, phase)) return st;
+  // One step too strict: the pair whose product just fits is refused too.
+  if (INT32_MAX / srcLen <= factor) return ZIVK_STS_SAMPLE_FACTOR_ERR;
+  const int32_t p = *phase;
+  *dstLen = srcLen * factor;
+  if (factor == 1) {
+    S::copy(src, dst, srcLen);
+    return ZIVK_STS_NO_ERR;
+  }
+  const U* s = reinterpret_cast<const U*>(src);
+  U* d = reinterpret_cast<U*>(dst);
+  if (factor == 2) {  // samples and zeros interleaved in one pass
+    const U zero{};
+    if constexpr (S::kVector) {
+      for_blocks<kVectorElems<U>>(
+          srcLen,
+          [&](int64_t i, auto w) {
+            using V = simd::vec<U, decltype(w)::value>;
+            const V x = simd::load<V>(s + i), z = simd::zeros<V>();
+            if (p == 0) simd::store_planes2(d + 2 * i, x, z);
+            else simd::store_planes2(d + 2 * i, z, x);
+          },
+          [&](int64_t i) { d[2 * i + p] = s[i], d[2 * i + 1 - p] = zero; });
+    } else {
+      for (int32_t i = 0; i < srcLen; ++i) d[2 * i + p] = s[i], d[2 * i + 1 - p] = zero;
+    }
+    return ZIVK_STS_NO_ERR;
+  }
+  S::zero(dst, srcLen * factor);
+  for (int64_t i = 0, at = p; i < srcLen; ++i, at += factor) d[at] = s[i];
+  return ZIVK_STS_NO_ERR;
+}
+
+// ---- SampleDown
+// dst[k] = src[phase + k * factor] below srcLen; the phase moves on by srcLen.
+
+template <class E>
+ZIVKStatus sample_down(const E* src, int32_t srcLen, E* dst, int32_t* dstLen, int32_t factor, int32_t* phase) {
+  using S = Sampled<E>;
+  using U = typename S::Unit;
+  if (const ZIVKStatus st = check_sampling(src, srcLen, dst, dstLen, factor, phase)) return st;
+  const int32_t p = *phase;
+  // The places p + k * factor below srcLen (0 when srcLen <= p); in 64 bits, as the sum
+  // may pass the int32 range.
+  const int64_t n = (int64_t{factor} + srcLen - 1 - p) / factor;
+  const U* s = reinterpret_cast<const U*>(src) + p;
+  U* d = reinterpret_cast<U*>(dst);
+  if (factor == 1) {
+    S::copy(src, dst, srcLen);
+  } else if (factor == 2 && S::kVector) {  // the even lanes of pairs from src[p]
+    if constexpr (S::kVector) {
+      // Whole blocks only where their pairs lie inside src: the last pair may lack its
+      // second member.
+      const int64_t paired = (srcLen - p) / 2;
+      const int64_t end = for_whole_blocks<kVectorElems<U>>(paired, [&](int64_t k, auto w) {
+        using V = simd::vec<U, decltype(w)::value>;
+        V even, odd;
+        simd::load_planes2(s + 2 * k, even, odd);
+        simd::store(d + k, even);
+      });
+      for (int64_t k = end; k < n; ++k) d[k] = s[2 * k];
+    }
+  } else {
+    for (int64_t k = 0, at = 0; k < n; ++k, at += factor) d[k] = s[at];
+  }
+  *dstLen = static_cast<int32_t>(n);
+  *phase = (p + factor - srcLen % factor) % factor;
+  return ZIVK_STS_NO_ERR;
+}
+
+}  // namespace
+
+// Each row: the SampleUp and SampleDown names, the element type.
+#define ZIVKS_SAMPLE(up, down, type)                                                                      \
+  ZIVKS_EXPORT ZIVKStatus up(const type* src, int32_t srcLen, type* dst, int32_t* dstLen, int32_t factor,   \
+                             int32_t* phase) {                                                            \
+    return sample_up<type>(src, srcLen, dst, dstLen, factor, phase);                                      \
+  }                                                                                                       \
+  ZIVKS_EXPORT ZIVKStatus down(const type* src, int32_t srcLen, type* dst, int32_t* dstLen, int32_t factor, \
+                               int32_t* phase) {                                                          \
+    return sample_down<type>(src, srcLen, dst, dstLen, factor, phase);                                    \
+  }
+
+ZIVKS_SAMPLE(ZIVKS_SampleUp_16s, ZIVKS_SampleDown_16s, int16_t)
+ZIVKS_SAMPLE(ZIVKS_SampleUp_32f, ZIVKS_SampleDown_32f, float)
+ZIVKS_SAMPLE(ZIVKS_SampleUp_64f, ZIVKS_SampleDown_64f, double)
+ZIVKS_SAMPLE(ZIVKS_SampleUp_16sc, ZIVKS_SampleDown_16sc, ZIVK16sc)
+ZIVKS_SAMPLE(ZIVKS_SampleUp_32fc, ZIVKS_SampleDown_32fc, ZIVK32fc)
+ZIVKS_SAMPLE(ZIVKS_SampleUp_64fc, ZIVKS_SampleDown_64fc, ZIVK64fc)
