@@ -67,6 +67,46 @@ ZIVKStatus check_sampling(const E* src, int32_t srcLen, const E* dst, const int3
   return ZIVK_STS_NO_ERR;
 }
 
+// ---- Factors 2 and 4 in registers
+
+// The lanes of x at every second place from d, the odd places when `odd`, zeros between.
+template <class V>
+inline void spread2(typename V::lane* d, const V& x, bool odd) {
+  const V z = simd::zeros<V>();
+  if (odd) simd::store_planes2(d, z, x);
+  else simd::store_planes2(d, x, z);
+}
+
+// The lanes of x at place p of groups of 4 from d, zeros between: spread by 2 twice,
+// through a buffer of two registers.
+template <class V>
+inline void spread4(typename V::lane* d, const V& x, int p) {
+  typename V::lane t[2 * V::kLanes];
+  spread2(t, x, p >> 1);
+  spread2(d, simd::load<V>(t), p & 1);
+  spread2(d + 2 * V::kLanes, simd::load<V>(t + V::kLanes), p & 1);
+}
+
+// The first of every 2 lanes from s.
+template <class V>
+inline V gather2(const typename V::lane* s) {
+  V even, odd;
+  simd::load_planes2(s, even, odd);
+  return even;
+}
+
+// The first of every 4 lanes from s: gathered by 2 twice, through a buffer.
+template <class V>
+inline V gather4(const typename V::lane* s) {
+  typename V::lane t[2 * V::kLanes];
+  simd::store(t, gather2<V>(s));
+  simd::store(t + V::kLanes, gather2<V>(s + 2 * V::kLanes));
+  return gather2<V>(t);
+}
+
+// Factors with a register path.
+inline bool spread_in_registers(int32_t factor) { return factor == 2 || factor == 4; }
+
 // ---- SampleUp
 // dst[phase + i * factor] = src[i], zeros elsewhere, srcLen * factor outputs.
 
@@ -79,31 +119,29 @@ ZIVKStatus sample_up(const E* src, int32_t srcLen, E* dst, int32_t* dstLen, int3
   if (INT32_MAX / srcLen <= factor) return ZIVK_STS_SAMPLE_FACTOR_ERR;
   const int32_t p = *phase;
   *dstLen = srcLen * factor;
-  if (factor == 1) {
-    S::copy(src, dst, srcLen);
-    return ZIVK_STS_NO_ERR;
-  }
   const U* s = reinterpret_cast<const U*>(src);
   U* d = reinterpret_cast<U*>(dst);
-  if (factor == 2) {  // samples and zeros interleaved in one pass
-    const U zero{};
-    if constexpr (S::kVector) {
-      for_blocks<kVectorElems<U>>(
-          srcLen,
-          [&](int64_t i, auto w) {
-            using V = simd::vec<U, decltype(w)::value>;
-            const V x = simd::load<V>(s + i), z = simd::zeros<V>();
-            if (p == 0) simd::store_planes2(d + 2 * i, x, z);
-            else simd::store_planes2(d + 2 * i, z, x);
-          },
-          [&](int64_t i) { d[2 * i + p] = s[i], d[2 * i + 1 - p] = zero; });
-    } else {
-      for (int32_t i = 0; i < srcLen; ++i) d[2 * i + p] = s[i], d[2 * i + 1 - p] = zero;
-    }
-    return ZIVK_STS_NO_ERR;
+  const auto group = [&](int64_t i) {  // the outputs of src[i], zeros and all
+    for (int32_t j = 0; j < factor; ++j) d[factor * i + j] = j == p ? s[i] : U{};
+  };
+  if (factor == 1) {
+    S::copy(src, dst, srcLen);
+  } else if (!spread_in_registers(factor)) {
+    S::zero(dst, srcLen * factor);
+    for (int64_t i = 0, at = p; i < srcLen; ++i, at += factor) d[at] = s[i];
+  } else if constexpr (S::kVector) {  // samples and zeros written in one pass
+    for_blocks<kVectorElems<U>>(
+        srcLen,
+        [&](int64_t i, auto w) {
+          using V = simd::vec<U, decltype(w)::value>;
+          const V x = simd::load<V>(s + i);
+          if (factor == 2) spread2(d + 2 * i, x, p);
+          else spread4(d + 4 * i, x, p);
+        },
+        group);
+  } else {
+    for (int64_t i = 0; i < srcLen; ++i) group(i);
   }
-  S::zero(dst, srcLen * factor);
-  for (int64_t i = 0, at = p; i < srcLen; ++i, at += factor) d[at] = s[i];
   return ZIVK_STS_NO_ERR;
 }
 
@@ -121,24 +159,20 @@ ZIVKStatus sample_down(const E* src, int32_t srcLen, E* dst, int32_t* dstLen, in
   const int64_t n = (int64_t{factor} + srcLen - 1 - p) / factor;
   const U* s = reinterpret_cast<const U*>(src) + p;
   U* d = reinterpret_cast<U*>(dst);
+  int64_t k = 0;
   if (factor == 1) {
     S::copy(src, dst, srcLen);
-  } else if (factor == 2 && S::kVector) {  // the even lanes of pairs from src[p]
-    if constexpr (S::kVector) {
-      // Whole blocks only where their pairs lie inside src: the last pair may lack its
-      // second member.
-      const int64_t paired = (srcLen - p) / 2;
-      const int64_t end = for_whole_blocks<kVectorElems<U>>(paired, [&](int64_t k, auto w) {
+    k = n;
+  } else if constexpr (S::kVector) {
+    if (spread_in_registers(factor)) {
+      // Whole blocks only over groups that lie inside src: the last may be cut short.
+      k = for_whole_blocks<kVectorElems<U>>((srcLen - p) / factor, [&](int64_t at, auto w) {
         using V = simd::vec<U, decltype(w)::value>;
-        V even, odd;
-        simd::load_planes2(s + 2 * k, even, odd);
-        simd::store(d + k, even);
+        simd::store(d + at, factor == 2 ? gather2<V>(s + 2 * at) : gather4<V>(s + 4 * at));
       });
-      for (int64_t k = end; k < n; ++k) d[k] = s[2 * k];
     }
-  } else {
-    for (int64_t k = 0, at = 0; k < n; ++k, at += factor) d[k] = s[at];
   }
+  for (; k < n; ++k) d[k] = s[k * factor];
   *dstLen = static_cast<int32_t>(n);
   *phase = (p + factor - srcLen % factor) % factor;
   return ZIVK_STS_NO_ERR;
