@@ -119,16 +119,18 @@ ZIVKStatus sample_up(const E* src, int32_t srcLen, E* dst, int32_t* dstLen, int3
   if (INT32_MAX / srcLen <= factor) return ZIVK_STS_SAMPLE_FACTOR_ERR;
   const int32_t p = *phase;
   *dstLen = srcLen * factor;
+  // Registers see the elements as lanes of U, through unaligned loads and stores; single
+  // elements move as E, which may be less aligned than U.
   const U* s = reinterpret_cast<const U*>(src);
   U* d = reinterpret_cast<U*>(dst);
   const auto group = [&](int64_t i) {  // the outputs of src[i], zeros and all
-    for (int32_t j = 0; j < factor; ++j) d[factor * i + j] = j == p ? s[i] : U{};
+    for (int32_t j = 0; j < factor; ++j) dst[factor * i + j] = j == p ? src[i] : E{};
   };
   if (factor == 1) {
     S::copy(src, dst, srcLen);
   } else if (!spread_in_registers(factor)) {
     S::zero(dst, srcLen * factor);
-    for (int64_t i = 0, at = p; i < srcLen; ++i, at += factor) d[at] = s[i];
+    for (int64_t i = 0, at = p; i < srcLen; ++i, at += factor) dst[at] = src[i];
   } else if constexpr (S::kVector) {  // samples and zeros written in one pass
     for_blocks<kVectorElems<U>>(
         srcLen,
@@ -157,7 +159,7 @@ ZIVKStatus sample_down(const E* src, int32_t srcLen, E* dst, int32_t* dstLen, in
   // The places p + k * factor below srcLen (0 when srcLen <= p); in 64 bits, as the sum
   // may pass the int32 range.
   const int64_t n = (int64_t{factor} + srcLen - 1 - p) / factor;
-  const U* s = reinterpret_cast<const U*>(src) + p;
+  const U* s = reinterpret_cast<const U*>(src + p);  // lanes for registers only
   U* d = reinterpret_cast<U*>(dst);
   int64_t k = 0;
   if (factor == 1) {
@@ -172,9 +174,13 @@ ZIVKStatus sample_down(const E* src, int32_t srcLen, E* dst, int32_t* dstLen, in
       });
     }
   }
-  for (; k < n; ++k) d[k] = s[k * factor];
+  for (; k < n; ++k) dst[k] = src[p + k * factor];
   *dstLen = static_cast<int32_t>(n);
-  *phase = (p + factor - srcLen % factor) % factor;
+  // In 32-bit arithmetic: p + factor wraps for factors near the int32 limit, and the
+  // remainder of a negative sum is negative.
+  const int32_t sum = static_cast<int32_t>(static_cast<uint32_t>(p) + static_cast<uint32_t>(factor) -
+                                           static_cast<uint32_t>(srcLen % factor));
+  *phase = sum % factor;
   return ZIVK_STS_NO_ERR;
 }
 
