@@ -27,7 +27,6 @@
 //   and every status is checked. A failure is flagged in the table.
 // - Mask 31 at 1 Mi sorts a million windows a call (about a second): those rows run one
 //   round, the others the fastest of --rounds.
-#include <dlfcn.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -147,14 +146,6 @@ struct Row {
 
 zb::RowSuite<Row> suite;
 
-void* twin() {
-  static void* lib = [] {
-    const char* path = ZB_TWIN_PATH;
-    return path[0] ? dlopen(path, RTLD_NOW | RTLD_LOCAL) : nullptr;
-  }();
-  return lib;
-}
-
 template <class T>
 using MedianFn = ZIVKStatus (*)(const T*, T*, int32_t, int32_t, const T*, T*, ZIVKFilterMedianPolicy*);
 
@@ -166,7 +157,7 @@ ZIVKStatus call(MedianFn<T> f, const Bed& b) {
 template <class T>
 void member_rows(const char* label, const char* symbol, MedianFn<T> native, ZIVKDataType type,
                  bool with_targets) {
-  const auto generic = twin() ? reinterpret_cast<MedianFn<T>>(dlsym(twin(), symbol)) : nullptr;
+  const auto generic = zb::twin_symbol<MedianFn<T>>(symbol);
   const bool targets = with_targets && generic != nullptr;
   for (size_t mi = 0; mi < std::size(kMasks); ++mi) {
     const int32_t m = kMasks[mi];

@@ -21,7 +21,6 @@
 // accumulator: the bytes of its row are copied back from a clean copy before it, as the
 // members before it (and the integer members above all) leave bytes in it that read as
 // NaN or as subnormal floats.
-#include <dlfcn.h>
 #include <string.h>
 #include <volk/volk.h>
 
@@ -107,14 +106,6 @@ struct Row {
 zb::RowSuite<Row> suite;
 
 // ---- The generic build ----------------------------------------------------------------
-
-void* twin() {
-  static void* lib = [] {
-    const char* path = ZB_TWIN_PATH;
-    return path[0] ? dlopen(path, RTLD_NOW | RTLD_LOCAL) : nullptr;
-  }();
-  return lib;
-}
 
 // ---- The std::fma loops -----------------------------------------------------------------
 
@@ -205,7 +196,7 @@ template <class Fn>
 void member_rows(const std::string& label, const char* symbol, Fn native, size_t in_bytes,
                  size_t out_bytes, std::function<ZIVKStatus(Fn, const Bed&)> call,
                  const std::vector<Yardstick>& yardsticks) {
-  Fn generic = twin() ? reinterpret_cast<Fn>(dlsym(twin(), symbol)) : nullptr;
+  Fn generic = zb::twin_symbol<Fn>(symbol);
   for (int li = 0; li < 3; ++li) {
     const Level& lv = kLevels[li];
     Row r{label, li, static_cast<int32_t>(lv.bytes / std::max(in_bytes, out_bytes)), out_bytes, {}};

@@ -32,6 +32,17 @@
 #define ZB_STR(x) ZB_STR2(x)
 
 namespace zb {
+
+// ---- the generic twin ---------------------------------------------------------------
+
+void* twin() {
+  static void* lib = [] {
+    const char* path = ZB_TWIN_PATH;
+    return path[0] ? dlopen(path, RTLD_NOW | RTLD_LOCAL) : nullptr;
+  }();
+  return lib;
+}
+
 namespace {
 
 std::vector<Case>& cases() {
@@ -107,16 +118,6 @@ struct Pool {
 Pool& pool() {
   static Pool p;
   return p;
-}
-
-// ---- the generic twin ---------------------------------------------------------------
-
-void* twin() {
-  static void* lib = [] {
-    const char* path = ZB_TWIN_PATH;
-    return path[0] ? dlopen(path, RTLD_NOW | RTLD_LOCAL) : nullptr;
-  }();
-  return lib;
 }
 
 // ---- sizes and results ----------------------------------------------------------------

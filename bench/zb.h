@@ -19,6 +19,7 @@
 // baseline copies or fills exactly these bytes, so a ratio is a ratio of times.
 #pragma once
 
+#include <dlfcn.h>
 #include <stddef.h>
 #include <stdint.h>
 #include <string.h>
@@ -27,6 +28,15 @@
 #include <string>
 
 namespace zb {
+
+// The library built with the generic backend (null where the native backend is the
+// generic one), and one of its functions by name with the type Fn (null where none).
+void* twin();
+template <class Fn>
+Fn twin_symbol(const char* name) {
+  void* lib = twin();
+  return lib ? reinterpret_cast<Fn>(dlsym(lib, name)) : nullptr;
+}
 
 // What the bytes of a call are measured against: memcpy, memset of a byte pattern
 // (0x5A), or memset of zeros (which some machines store faster than other bytes).

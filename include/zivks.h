@@ -17,6 +17,8 @@
  *   zivks/sort.h        SortAscend/Descend, SortIndex, SortRadix, SortRadixIndex, TopK
  *   zivks/columnar.h    row hashes, CombineHash, AggMax and AggMin of column batches
  *   zivks/filters.h     the causal median filter with its handle and delay lines
+ *   zivks/generators.h  uniform random fills, the triangle wave, up- and down-sampling,
+ *                       linear ramps
  *
  * Every header compiles as C99 and as C++ (the declarations are extern "C"). */
 #ifndef ZIVKS_H
@@ -32,5 +34,6 @@
 #include "zivks/sort.h"
 #include "zivks/columnar.h"
 #include "zivks/filters.h"
+#include "zivks/generators.h"
 
 #endif /* ZIVKS_H */

@@ -71,9 +71,12 @@ ZIVKS_API ZIVKStatus ZIVKS_RandUniformRelease_64f(ZIVKRandUniformState_64f* poli
  *   same values, and a shorter fill gives a prefix of a longer one. A new sequence needs
  *   a new record with another seed.
  * Note: the block and the single elements differ on purpose in precision: in a block a
- *   draw near 1 rounds to 1, so high itself can come out; one by one it cannot (for the
- *   integers, when high > low). Truncation goes toward zero, so in 16s with low < 0 < high
- *   the value 0 comes about twice as often as its neighbours.
+ *   draw near 1 rounds to 1, so high itself can come out. One by one the draw stays below
+ *   1: for the integers with low < high, a high above 0 cannot come out, but a high of 0
+ *   or below comes out for a whole unit of draws, as truncation goes toward zero. For the
+ *   same reason, in 16s with low < 0 < high the value 0 comes about twice as often as its
+ *   neighbours.
+
  * Note: the fills share the process's one drand48 generator: they reseed and advance it,
  *   other users of drand48 see that, and fills from several threads at once interleave
  *   their draws. Call them from one thread at a time. */
@@ -89,8 +92,8 @@ ZIVKS_API ZIVKStatus ZIVKS_RandUniform_64f(double* dst, int32_t len, ZIVKRandUni
  * sample, starting at the phase *phase (radians, 0 at the peak). In float64, with
  * fall = pi + asym and rise = pi - asym, the wave at a phase ph in [0, 2 pi) is
  * magn * (1 - 2 ph / fall) below fall and magn * (1 + 2 (ph - 2 pi) / rise) from fall
- * on: magn at 0, -magn at fall. The complex forms put this wave in re and the same wave
- * a quarter of the way on, at ph + (fall + 2 pi) / 2, in im (0 at phase 0).
+ * on: magn at 0, -magn at fall. The complex forms put this wave in re and in im the
+ * same wave taken at ph + (fall + 2 pi) / 2: 0 at phase 0, magn at rise / 2.
  *
  * Types: 16s 32f 64f 16sc 32fc 64fc (16s and 16sc take magn as int16 and rFreq, asym
  * and phase as float32; 32f and 32fc take float32, 64f and 64fc float64).
@@ -228,7 +231,10 @@ ZIVKS_API ZIVKStatus ZIVKS_SampleDown_64fc(const ZIVK64fc* src, int32_t srcLen, 
  *   0.0625 no longer moves the value, so a slow ramp stalls in the blocks and jumps back
  *   onto the ramp where the last elements are made one by one.
  * Note: 64f writes the ramp up to len rounded up to a multiple of 4: for len of 2, 3, 6,
- *   7, 10, 11, ... it stores one or two elements past dst[len - 1]. Give it that room. */
+ *   7, 10, 11, ... it stores one or two elements past dst[len - 1]. Give it that room.
+ * Note: the elements made one by one round a half away from zero by adding 0.5 in
+ *   float64, so in 32u and 32s a value within 2^-54 below a half (0.49999999999999994)
+ *   rounds up there, where a block rounds it down. */
 ZIVKS_API ZIVKStatus ZIVKS_VectorSlope_8u(uint8_t* dst, int32_t len, float offset, float slope);
 ZIVKS_API ZIVKStatus ZIVKS_VectorSlope_16u(uint16_t* dst, int32_t len, float offset, float slope);
 ZIVKS_API ZIVKStatus ZIVKS_VectorSlope_16s(int16_t* dst, int32_t len, float offset, float slope);
