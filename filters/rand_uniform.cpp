@@ -31,10 +31,11 @@ struct uniform<uint8_t> {
   static constexpr int kBlock = 8;
   static F width(const State& s) { return static_cast<F>(int32_t{s.high} - int32_t{s.low}); }
   // Unsigned 32 bits (negatives to 0, too large to the maximum), then 16 and 8 bits,
-  // each step saturating.
+  // each step saturating; through signed 32 bits, which ends the same for every value
+  // and converts in fewer steps.
   static void put_block(uint8_t* d, const simd::vec<float, 1>& a, const simd::vec<float, 1>& b) {
-    const auto wide = simd::narrow_sat<uint16_t>(simd::cvt_sat<uint32_t, Mode::kZero>(a),
-                                                 simd::cvt_sat<uint32_t, Mode::kZero>(b));
+    const auto wide = simd::narrow_sat<uint16_t>(simd::cvt_sat<int32_t, Mode::kZero>(a),
+                                                 simd::cvt_sat<int32_t, Mode::kZero>(b));
     simd::store_lo(d, simd::narrow_sat<uint8_t>(wide, wide));
   }
   // v lies between low and high: the conversion is defined, the low byte is the value.
