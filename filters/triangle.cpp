@@ -118,7 +118,24 @@ struct Wave {
   }
 };
 
-// The block pass on two samples whose indices are the lanes of idx.
+// The lane operations of a block: with the library's NaN rule, or as the unit gives them
+// where no NaN can arise (every argument finite: then every value on the way is).
+struct RuleOps {
+  static VD add(const VD& a, const VD& b) { return simd::add(a, b); }
+  static VD sub(const VD& a, const VD& b) { return simd::sub(a, b); }
+  static VD mul(const VD& a, const VD& b) { return simd::mul(a, b); }
+  static VD mul_add(const VD& a, const VD& b, const VD& c) { return simd::mul_add(a, b, c); }
+};
+struct RawOps {
+  static VD add(const VD& a, const VD& b) { return simd::add_raw(a, b); }
+  static VD sub(const VD& a, const VD& b) { return simd::sub_raw(a, b); }
+  static VD mul(const VD& a, const VD& b) { return simd::mul_raw(a, b); }
+  static VD mul_add(const VD& a, const VD& b, const VD& c) { return simd::mul_add_raw(a, b, c); }
+};
+
+// The block pass on two samples whose indices are the lanes of idx, with the lane
+// operations X.
+template <class X>
 struct BlockWave {
   VD magn, rFreq, p0, two_pi, pi, one, fall, inv_rise, neg_inv_fall, two_rise, two_fall, half_rise, im_turn;
 
@@ -133,23 +150,23 @@ struct BlockWave {
   // The phase of each sample: the fractional part of the fused rFreq * i + p0, by a
   // truncating conversion to integer and back, times 2 pi.
   VD phase(const VD& idx) const {
-    const VD t = simd::mul_add(rFreq, idx, p0);
+    const VD t = X::mul_add(rFreq, idx, p0);
     const VD whole = simd::cvt_to_float<double>(simd::cvt_sat<int64_t, Mode::kZero>(t));
-    return simd::mul(simd::sub(t, whole), two_pi);
+    return X::mul(X::sub(t, whole), two_pi);
   }
 
   VD re(const VD& ph) const {
-    const VD d = simd::sub(ph, two_pi);
-    const VD up = simd::mul(magn, simd::add(one, simd::mul(simd::add(d, d), inv_rise)));
-    const VD down = simd::mul(magn, simd::mul_add(simd::add(ph, ph), neg_inv_fall, one));
+    const VD d = X::sub(ph, two_pi);
+    const VD up = X::mul(magn, X::add(one, X::mul(X::add(d, d), inv_rise)));
+    const VD down = X::mul(magn, X::mul_add(X::add(ph, ph), neg_inv_fall, one));
     return simd::select(at_or_above(ph, fall), up, down);
   }
 
   // The segments are told apart by at-or-above tests: rise / 2 itself falls.
   VD im(const VD& ph) const {
-    const VD to_zero = simd::mul(simd::mul(simd::sub(ph, two_pi), two_rise), magn);
-    const VD falling = simd::mul(simd::mul(simd::sub(pi, ph), two_fall), magn);
-    const VD through_zero = simd::mul(simd::mul(two_rise, ph), magn);
+    const VD to_zero = X::mul(X::mul(X::sub(ph, two_pi), two_rise), magn);
+    const VD falling = X::mul(X::mul(X::sub(pi, ph), two_fall), magn);
+    const VD through_zero = X::mul(X::mul(two_rise, ph), magn);
     return simd::select(at_or_above(ph, im_turn), to_zero,
                         simd::select(at_or_above(ph, half_rise), falling, through_zero));
   }
@@ -216,13 +233,11 @@ inline void indices(int64_t i, VD& lo, VD& hi) {
   }
 }
 
-template <class E>
-ZIVKStatus triangle_direct(E* dst, int32_t len, typename direct<E>::Magn magn, float rFreq, float asym,
-                           float* phase) {
+// The samples of a direct member: blocks with the lane operations X, then the tail.
+template <class E, class X>
+void direct_samples(E* dst, int32_t len, const Wave& w) {
   using D = direct<E>;
-  if (const ZIVKStatus st = check_triangle(dst, len, magn, rFreq, asym, phase, false)) return st;
-  const Wave w(static_cast<double>(magn), rFreq, asym, *phase);
-  const BlockWave b(w);
+  const BlockWave<X> b(w);
   const TailWave t{w};
   auto* out = as_parts(dst);
   for_single_blocks<D::kBlock>(
@@ -261,6 +276,17 @@ ZIVKStatus triangle_direct(E* dst, int32_t len, typename direct<E>::Magn magn, f
           else out[2 * i + 1] = static_cast<float>(im);
         }
       });
+}
+
+template <class E>
+ZIVKStatus triangle_direct(E* dst, int32_t len, typename direct<E>::Magn magn, float rFreq, float asym,
+                           float* phase) {
+  if (const ZIVKStatus st = check_triangle(dst, len, magn, rFreq, asym, phase, false)) return st;
+  const Wave w(static_cast<double>(magn), rFreq, asym, *phase);
+  if (std::isfinite(static_cast<double>(magn)) && std::isfinite(rFreq) && std::isfinite(asym) && std::isfinite(*phase))
+    direct_samples<E, RawOps>(dst, len, w);
+  else
+    direct_samples<E, RuleOps>(dst, len, w);
   return ZIVK_STS_NO_ERR;
 }
 
