@@ -109,7 +109,7 @@ void follows_model(const Direct<E, M>& m) {
     for (int len : {1, 2, 3, 4, 5, 6, 7, 8, 9, 11, 13, 17, 18, 19, 33, 300}) {
       SCOPED_TRACE(m.name + " " + show({a[0], rf, asym, ph0, double(len)}));
       const std::vector<P> want = m.model(0, len, magn, rf, asym, ph0);
-      zt::Guarded<P> d(want.size(), 2), t(want.size());
+      zt::Guarded<P> d(want.size(), sizeof(P)), t(want.size());  // off the vector alignment
       float phase = ph0;
       ASSERT_EQ(m.fn(reinterpret_cast<E*>(d.data()), len, magn, rf, asym, &phase), 0);
       ASSERT_TRUE(zt::same_bits(phase, ph0)) << "*phase written";
@@ -235,7 +235,7 @@ TEST(Triangle, Float64FormsFollowTheirMethodsAndStoreTheNextPhase) {
       for (int len : {1, 2, 3, 4, 5, 9, 44, 64, 301}) {
         SCOPED_TRACE(std::string(c ? "64fc " : "64f ") + show({a[0], a[1], a[2], a[3], double(len)}));
         const auto want = model64(c, len, a[0], a[1], a[2], a[3]);
-        zt::Guarded<double> d(want.size(), 1), t(want.size());
+        zt::Guarded<double> d(want.size(), sizeof(double)), t(want.size());
         double phase = a[3], phase_t = a[3];
         ASSERT_EQ(call64(c, false, d.data(), len, a[0], a[1], a[2], &phase), 0);
         ASSERT_TRUE(same(phase, next_phase(len, a[1], a[3])));
