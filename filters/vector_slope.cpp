@@ -135,7 +135,7 @@ bool sums_exact(const W (&seed)[M::B], W step, int64_t iterations) {
     const int shift = e[k] - q;
     if (m[k] != 0 && 64 - __builtin_clzll(static_cast<uint64_t>(m[k] < 0 ? -m[k] : m[k])) + shift > M::kBits)
       return false;
-    units[k] = m[k] == 0 ? 0 : static_cast<__int128>(m[k]) << shift;
+    units[k] = m[k] == 0 ? 0 : static_cast<__int128>(m[k]) * (__int128{1} << shift);  // m may be negative
   }
   const __int128 t = units[M::B];
   if (t * kChains >= limit || -t * kChains >= limit) return false;
