@@ -141,8 +141,11 @@ ZIVKStatus sample_up(const E* src, int32_t srcLen, E* dst, int32_t* dstLen, int3
           else spread4(d + 4 * i, x, p);
         },
         group);
+  } else if (factor == 2) {  // 16-byte elements: a sample and a zero a step
+    for (int64_t i = 0; i < srcLen; ++i) dst[2 * i + p] = src[i], dst[2 * i + 1 - p] = E{};
   } else {
-    for (int64_t i = 0; i < srcLen; ++i) group(i);
+    S::zero(dst, srcLen * factor);
+    for (int64_t i = 0, at = p; i < srcLen; ++i, at += factor) dst[at] = src[i];
   }
   return ZIVK_STS_NO_ERR;
 }
