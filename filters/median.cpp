@@ -195,8 +195,8 @@ inline bool window_has_nan(const V (&in)[M], std::index_sequence<J...>) {
 template <class T, int M>
 void network_pass(const T* src, T* dst, int64_t count) {
   const void* hint = reinterpret_cast<const void*>(reinterpret_cast<uintptr_t>(src) + kReadHintElems * sizeof(T));
-  // The body is large (up to 52 operations and their NaN test); it is inlined so that
-  // the loop keeps src, dst and the hint in registers.
+  // The body is large (up to 52 operations and their NaN test): left to itself the
+  // compiler would call it once a register.
   for_whole_blocks<kVectorElems<T>>(count, [&](int64_t k, auto w) __attribute__((always_inline)) {
     using V = simd::vec<T, decltype(w)::value>;
     simd::prefetch_stream(hint);
