@@ -1,4 +1,5 @@
-/* zivks/common.h: what every zivks header shares.
+/** @file
+ * zivks/common.h: what every zivks header shares.
  *
  * The status type and names (from zivk_core.h), the export macro, the element
  * selectors and the complex records. Included by every subsystem header; an
@@ -6,7 +7,7 @@
  *
  * Conventions of every function
  * -----------------------------
- *  - Names are ZIVKS_<Operation>_<types>[_<modes>]. A trailing C in the operation
+ *  - Names are `ZIVKS_<Operation>_<types>[_<modes>]`. A trailing C in the operation
  *    (AddC, AndC, LShiftC) means one operand is the constant val, the same for every
  *    element; SubCRev is val minus the element. Two type codes mean source then
  *    destination (Convert_32f16s_S reads float and writes int16). Mode I is in place:
@@ -57,14 +58,14 @@
 extern "C" {
 #endif
 
-/* Marks a function of libzivks_base.so. Empty for a caller. */
+/** Marks a function of libzivks_base.so. Empty for a caller. */
 #if defined(ZIVKS_BUILDING)
 #define ZIVKS_API __attribute__((visibility("default")))
 #else
 #define ZIVKS_API
 #endif
 
-/* Element selector of the sort, radix-sort and median-filter Init functions. */
+/** Element selector of the sort, radix-sort and median-filter Init functions. */
 typedef enum ZIVKDataType {
   ZIVK_DT_8U = 1,
   ZIVK_DT_16U = 5,
@@ -77,22 +78,28 @@ typedef enum ZIVKDataType {
   ZIVK_DT_64F = 19
 } ZIVKDataType;
 
-/* Rounding selector of the scaled conversions. It travels as a 32-bit value and is
+/** Rounding selector of the scaled conversions. It travels as a 32-bit value and is
  * compared as unsigned: anything above 2, negative values included, is refused. */
 typedef enum ZIVKRoundMode {
-  ZIVK_RND_ZERO = 0, /* truncate toward zero */
-  ZIVK_RND_NEAR = 1, /* to nearest, a tie to the even neighbour */
-  ZIVK_RND_AWAY = 2  /* to nearest, a tie away from zero */
+  ZIVK_RND_ZERO = 0, /**< truncate toward zero */
+  ZIVK_RND_NEAR = 1, /**< to nearest, a tie to the even neighbour */
+  ZIVK_RND_AWAY = 2  /**< to nearest, a tie away from zero */
 } ZIVKRoundMode;
 
 /* Complex records: re then im, nothing between them, so an array of them is an
  * interleaved array of parts. A complex constant val travels by value. */
-typedef struct ZIVK8sc { int8_t re; int8_t im; } ZIVK8sc;
-typedef struct ZIVK16sc { int16_t re; int16_t im; } ZIVK16sc;
-typedef struct ZIVK32sc { int32_t re; int32_t im; } ZIVK32sc;
-typedef struct ZIVK64sc { int64_t re; int64_t im; } ZIVK64sc;
-typedef struct ZIVK32fc { float re; float im; } ZIVK32fc;
-typedef struct ZIVK64fc { double re; double im; } ZIVK64fc;
+/** A complex number of int8 parts. */
+typedef struct ZIVK8sc { int8_t re; /**< real part */ int8_t im; /**< imaginary part */ } ZIVK8sc;
+/** A complex number of int16 parts. */
+typedef struct ZIVK16sc { int16_t re; /**< real part */ int16_t im; /**< imaginary part */ } ZIVK16sc;
+/** A complex number of int32 parts. */
+typedef struct ZIVK32sc { int32_t re; /**< real part */ int32_t im; /**< imaginary part */ } ZIVK32sc;
+/** A complex number of int64 parts. */
+typedef struct ZIVK64sc { int64_t re; /**< real part */ int64_t im; /**< imaginary part */ } ZIVK64sc;
+/** A complex number of float parts. */
+typedef struct ZIVK32fc { float re; /**< real part */ float im; /**< imaginary part */ } ZIVK32fc;
+/** A complex number of double parts. */
+typedef struct ZIVK64fc { double re; /**< real part */ double im; /**< imaginary part */ } ZIVK64fc;
 
 #ifdef __cplusplus
 }
