@@ -1,0 +1,68 @@
+// Bit logic and shifts: every member is a plain table line.
+#include "drive.h"
+
+namespace zd {
+
+void add_logic(std::vector<Entry>& out) {
+  const Entry list[] = {
+      ZD_CALL(ZIVKS_And_8u, src1, src2, dst, len),
+      ZD_CALL(ZIVKS_And_8u_I, src, srcDst, len),
+      ZD_CALL(ZIVKS_Or_8u, src1, src2, dst, len),
+      ZD_CALL(ZIVKS_Or_8u_I, src, srcDst, len),
+      ZD_CALL(ZIVKS_Xor_8u, src1, src2, dst, len),
+      ZD_CALL(ZIVKS_Xor_8u_I, src, srcDst, len),
+      ZD_CALL(ZIVKS_AndC_8u, src, val, dst, len),
+      ZD_CALL(ZIVKS_AndC_8u_I, val, srcDst, len),
+      ZD_CALL(ZIVKS_OrC_8u, src, val, dst, len),
+      ZD_CALL(ZIVKS_OrC_8u_I, val, srcDst, len),
+      ZD_CALL(ZIVKS_XorC_8u, src, val, dst, len),
+      ZD_CALL(ZIVKS_XorC_8u_I, val, srcDst, len),
+      ZD_CALL(ZIVKS_Not_8u, src, dst, len),
+      ZD_CALL(ZIVKS_Not_8u_I, srcDst, len),
+      ZD_CALL(ZIVKS_And_16u, src1, src2, dst, len),
+      ZD_CALL(ZIVKS_And_16u_I, src, srcDst, len),
+      ZD_CALL(ZIVKS_Or_16u, src1, src2, dst, len),
+      ZD_CALL(ZIVKS_Or_16u_I, src, srcDst, len),
+      ZD_CALL(ZIVKS_Xor_16u, src1, src2, dst, len),
+      ZD_CALL(ZIVKS_Xor_16u_I, src, srcDst, len),
+      ZD_CALL(ZIVKS_AndC_16u, src, val, dst, len),
+      ZD_CALL(ZIVKS_AndC_16u_I, val, srcDst, len),
+      ZD_CALL(ZIVKS_OrC_16u, src, val, dst, len),
+      ZD_CALL(ZIVKS_OrC_16u_I, val, srcDst, len),
+      ZD_CALL(ZIVKS_XorC_16u, src, val, dst, len),
+      ZD_CALL(ZIVKS_XorC_16u_I, val, srcDst, len),
+      ZD_CALL(ZIVKS_Not_16u, src, dst, len),
+      ZD_CALL(ZIVKS_And_32u, src1, src2, dst, len),
+      ZD_CALL(ZIVKS_And_32u_I, src, srcDst, len),
+      ZD_CALL(ZIVKS_Or_32u, src1, src2, dst, len),
+      ZD_CALL(ZIVKS_Or_32u_I, src, srcDst, len),
+      ZD_CALL(ZIVKS_Xor_32u, src1, src2, dst, len),
+      ZD_CALL(ZIVKS_Xor_32u_I, src, srcDst, len),
+      ZD_CALL(ZIVKS_AndC_32u, src, val, dst, len),
+      ZD_CALL(ZIVKS_AndC_32u_I, val, srcDst, len),
+      ZD_CALL(ZIVKS_OrC_32u, src, val, dst, len),
+      ZD_CALL(ZIVKS_OrC_32u_I, val, srcDst, len),
+      ZD_CALL(ZIVKS_XorC_32u, src, val, dst, len),
+      ZD_CALL(ZIVKS_XorC_32u_I, val, srcDst, len),
+      ZD_CALL(ZIVKS_Not_32u, src, dst, len),
+      ZD_CALL(ZIVKS_LShiftC_8u, src, shift, dst, len),
+      ZD_CALL(ZIVKS_LShiftC_8u_I, shift, srcDst, len),
+      ZD_CALL(ZIVKS_LShiftC_16u, src, shift, dst, len),
+      ZD_CALL(ZIVKS_LShiftC_16u_I, shift, srcDst, len),
+      ZD_CALL(ZIVKS_LShiftC_16s, src, shift, dst, len),
+      ZD_CALL(ZIVKS_LShiftC_16s_I, shift, srcDst, len),
+      ZD_CALL(ZIVKS_LShiftC_32s, src, shift, dst, len),
+      ZD_CALL(ZIVKS_LShiftC_32s_I, shift, srcDst, len),
+      ZD_CALL(ZIVKS_RShiftC_8u, src, shift, dst, len),
+      ZD_CALL(ZIVKS_RShiftC_8u_I, shift, srcDst, len),
+      ZD_CALL(ZIVKS_RShiftC_16u, src, shift, dst, len),
+      ZD_CALL(ZIVKS_RShiftC_16u_I, shift, srcDst, len),
+      ZD_CALL(ZIVKS_RShiftC_16s, src, shift, dst, len),
+      ZD_CALL(ZIVKS_RShiftC_16s_I, shift, srcDst, len),
+      ZD_CALL(ZIVKS_RShiftC_32s, src, shift, dst, len),
+      ZD_CALL(ZIVKS_RShiftC_32s_I, shift, srcDst, len),
+  };
+  out.insert(out.end(), std::begin(list), std::end(list));
+}
+
+}  // namespace zd
