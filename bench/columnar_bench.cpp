@@ -380,6 +380,7 @@ const int registered = [] {
   suite.format = "%-22s %-5s %5s %10s %11s  %-20s %7s %7s  %s\n";
   suite.headers = {"function", "nulls", "rows", "rows/s", "bytes/s", "against", "ratio", "target", "notes"};
   suite.fifth = [](const Row& r, double ours) { return zb::rate(r.row_bytes / ours, "B"); };
+  suite.bytes = [](const Row& r) { return r.row_bytes; };
   suite.wrong_words = "failed or wrong results";
   make_rows();
   return zb::add_suite(suite.suite(print));

@@ -592,6 +592,7 @@ const int registered = [] {
   suite.fifth = [](const Row& r, double ours) {
     return zb::rate(static_cast<double>(r.n) * static_cast<double>(r.elem) / ours, "B");
   };
+  suite.bytes = [](const Row& r) { return static_cast<double>(r.n) * static_cast<double>(r.elem); };
   make_rows();
   return zb::add_suite(suite.suite(print));
 }();

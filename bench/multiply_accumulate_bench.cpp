@@ -340,6 +340,7 @@ const int registered = [] {
   suite.fifth = [](const Row& r, double ours) {
     return zb::rate(static_cast<double>(r.n) * static_cast<double>(r.out_bytes) / ours, "B");
   };
+  suite.bytes = [](const Row& r) { return static_cast<double>(r.n) * static_cast<double>(r.out_bytes); };
   make_rows();
   return zb::add_suite(suite.suite(print));
 }();

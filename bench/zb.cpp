@@ -2,7 +2,7 @@
 // every size next to its baseline, twin and peer, and the table of ratios.
 //
 //   zivks_bench [FILTER] [--min-time=S] [--rounds=N] [--sizes=L1,L2,MEM] [--list]
-//               [--markdown] [--verbose] [--benchmark_...]
+//               [--markdown] [--verbose] [--json=FILE] [--benchmark_...]
 // FILTER is a regular expression searched in "family/Label" (e.g. "float_add_sub" or
 // "Copy_(8u|32f)$"); the --benchmark_ flags go to Google Benchmark. Each case runs N
 // rounds (default 3) of at least S seconds (default 0.01; memory sizes 2.5 S), the
@@ -10,15 +10,23 @@
 // keeps the fastest round of each. --markdown prints the table for a document, --verbose
 // Google Benchmark's own lines as well. Families of a shape of their own (zb::Suite, e.g.
 // sorting) take the same filter and options and print their own table below this one.
+// --json=FILE also writes every row of every table, with the machine, the build and the
+// peers' versions, to FILE (the input of scripts/bench-report).
 #include "bench/zb.h"
 
 #include <dlfcn.h>
+#include <gnu/libc-version.h>
 #include <stdio.h>
 #include <string.h>
 #include <sys/mman.h>
+#include <time.h>
+#include <unistd.h>
 #include <volk/volk.h>
+#include <xxhash.h>
 
 #include <benchmark/benchmark.h>
+#include <boost/version.hpp>
+#include <hwy/highway.h>
 
 #include <algorithm>
 #include <cmath>
@@ -27,6 +35,8 @@
 #include <regex>
 #include <string>
 #include <vector>
+
+#include "zivk_core.h"
 
 #define ZB_STR2(x) #x
 #define ZB_STR(x) ZB_STR2(x)
@@ -176,17 +186,259 @@ std::string cpu_name() {
   return model;
 }
 
-std::string ratio(double num, double den) {
-  if (!(num > 0) || !(den > 0)) return "-";
-  char b[16];
-  snprintf(b, sizeof b, "%.2f", num / den);
+// The options of this invocation, as the JSON header repeats them.
+struct RunOptions {
+  std::string command, filter, sizes, json;
+  int rounds = 3;
+  double min_time = 0.01;
+};
+
+const char* const kBaseNames[] = {"memcpy", "memset", "memset0"};
+
+// The row of case ci at size si: ours against its baseline, generic build and peer, with
+// the targets (the baseline's where the data is cached, the peer's everywhere). Rows not
+// timed have no seconds.
+ResultRow case_row(size_t ci, int si) {
+  const Case& c = cases()[ci];
+  const auto& r = results()[ci][si];
+  ResultRow x;
+  x.family = c.family;
+  x.label = c.label;
+  x.symbol = c.symbol;
+  x.size = kSizes[si].name;
+  x.elements = elements(c, si);
+  x.bytes = x.elements * static_cast<double>(c.elem_bytes);
+  x.seconds = r[kNative].seconds;
+  auto add = [&](Yardstick::Kind kind, const std::string& name, double seconds, double target) {
+    Yardstick y;
+    y.name = name;
+    y.kind = kind;
+    y.seconds = seconds;
+    y.ratio = seconds / x.seconds;
+    y.target = target;
+    // As printed: a ratio that shows as the target meets it.
+    y.met = !(target > 0) || !std::isfinite(y.ratio) || std::round(100 * y.ratio) >= std::round(100 * target);
+    x.against.push_back(y);
+    if (!y.met) {
+      x.notes += x.notes.empty() ? "" : " ";
+      x.notes += kind == Yardstick::kBase ? "MISS base" : "MISS peer";
+    }
+  };
+  x.notes = c.peer_name;
+  add(Yardstick::kBase, kBaseNames[c.baseline], r[kBase].seconds, kSizes[si].cached ? c.base_target : 0);
+  if (twin() != nullptr) add(Yardstick::kGeneric, "generic build", r[kGeneric].seconds, 0);
+  if (c.peer) add(Yardstick::kPeer, c.peer_name, r[kPeer].seconds, 1.0);
+  return x;
+}
+
+std::string ratio_text(const ResultRow& x, Yardstick::Kind kind) {
+  for (const Yardstick& y : x.against)
+    if (y.kind == kind && y.ratio > 0 && std::isfinite(y.ratio)) {
+      char b[16];
+      snprintf(b, sizeof b, "%.2f", y.ratio);
+      return b;
+    }
+  return "-";
+}
+
+// ---- JSON ---------------------------------------------------------------------------
+
+class Json {
+ public:
+  explicit Json(FILE* f) : f_(f) {}
+
+  void open(char bracket) {
+    comma();
+    fputc(bracket, f_);
+    first_ = true;
+  }
+  void close(char bracket) {
+    fputc(bracket, f_);
+    first_ = false;
+  }
+  // A member's key; the value follows.
+  Json& key(const char* k) {
+    comma();
+    text(k);
+    fputc(':', f_);
+    first_ = true;
+    return *this;
+  }
+  void value(const std::string& v) {
+    comma();
+    text(v);
+  }
+  void value(const char* v) { value(std::string(v)); }
+  void value(double v) {
+    comma();
+    if (std::isfinite(v)) fprintf(f_, "%.9g", v);
+    else fputs("null", f_);
+  }
+  void value(bool v) {
+    comma();
+    fputs(v ? "true" : "false", f_);
+  }
+  void null() {
+    comma();
+    fputs("null", f_);
+  }
+  // Before an element of an array: a line break, so that the file reads (and diffs) a
+  // row a line.
+  void row_break() {
+    comma();
+    fputc('\n', f_);
+    first_ = true;
+  }
+  void line_end() { fputc('\n', f_); }
+
+ private:
+  void comma() {
+    if (!first_) fputc(',', f_);
+    first_ = false;
+  }
+  void text(const std::string& s) {
+    fputc('"', f_);
+    for (const unsigned char ch : s) {
+      if (ch == '"' || ch == '\\') fprintf(f_, "\\%c", ch);
+      else if (ch < 0x20) fprintf(f_, "\\u%04x", ch);
+      else fputc(ch, f_);
+    }
+    fputc('"', f_);
+  }
+
+  FILE* f_;
+  bool first_ = true;
+};
+
+const char* const kKindNames[] = {"base", "generic", "self", "peer"};
+
+void write_row(Json& j, const ResultRow& x) {
+  j.row_break();
+  j.open('{');
+  j.key("family").value(x.family);
+  j.key("label").value(x.label);
+  j.key("function").value(short_name(x.symbol.c_str()));
+  j.key("symbol").value(x.symbol);
+  j.key("size").value(x.size);
+  if (x.input_kind.empty()) {
+    j.key("input_kind").null();
+    j.key("input").null();
+  } else {
+    j.key("input_kind").value(x.input_kind);
+    j.key("input").value(x.input);
+  }
+  j.key("items").value(x.items);
+  j.key("elements").value(x.elements);
+  j.key("bytes").value(x.bytes);
+  j.key("seconds").value(x.seconds);
+  j.key("elements_per_s").value(x.elements / x.seconds);
+  j.key("bytes_per_s").value(x.bytes / x.seconds);
+  j.key("subtracted").open('[');
+  for (const auto& [name, seconds] : x.subtracted) {
+    j.open('{');
+    j.key("name").value(name);
+    j.key("seconds").value(seconds);
+    j.close('}');
+  }
+  j.close(']');
+  j.key("against").open('[');
+  bool all_met = true, any_target = false;
+  for (const Yardstick& y : x.against) {
+    const bool judged = y.target > 0 && std::isfinite(y.ratio);
+    j.open('{');
+    j.key("kind").value(kKindNames[y.kind]);
+    j.key("name").value(y.name);
+    j.key("seconds").value(y.seconds);
+    j.key("ratio").value(y.ratio);
+    j.key("target").value(y.target > 0 ? y.target : NAN);
+    if (judged) j.key("met").value(y.met);
+    else j.key("met").null();
+    if (!y.notes.empty()) j.key("notes").value(y.notes);
+    j.close('}');
+    any_target = any_target || judged;
+    all_met = all_met && (!judged || y.met);
+  }
+  j.close(']');
+  if (any_target) j.key("targets_met").value(all_met);
+  else j.key("targets_met").null();
+  j.key("notes").value(x.notes);
+  j.close('}');
+}
+
+// "02.05.02" as "2.5.2".
+std::string plain_version(const char* v) {
+  std::string out;
+  for (const char* p = v; *p != 0; ++p)
+    if (!(*p == '0' && (p == v || p[-1] == '.') && p[1] != 0 && p[1] != '.')) out += *p;
+  return out;
+}
+
+std::string utc_now(const char* format) {
+  const time_t now = time(nullptr);
+  struct tm t;
+  gmtime_r(&now, &t);
+  char b[64];
+  strftime(b, sizeof b, format, &t);
   return b;
+}
+
+// Writes every row of every table to o.json; false where the file cannot be written.
+bool write_json(const RunOptions& o, const std::vector<ResultRow>& rows) {
+  FILE* f = fopen(o.json.c_str(), "w");
+  if (f == nullptr) return false;
+  Json j(f);
+  j.open('{');
+  j.key("format").value("zivks-bench 1");
+  j.key("date").value(utc_now("%Y-%m-%dT%H:%M:%SZ"));
+  j.key("command").value(o.command);
+  j.key("options").open('{');
+  j.key("filter").value(o.filter);
+  j.key("sizes").value(o.sizes);
+  j.key("rounds").value(static_cast<double>(o.rounds));
+  j.key("min_time").value(o.min_time);
+  j.close('}');
+  j.key("machine").open('{');
+  j.key("cpu").value(cpu_name());
+  j.key("cores").value(static_cast<double>(benchmark::CPUInfo::Get().num_cpus));
+  j.close('}');
+  const ZIVKLibVersion* v = ZIVK_GetLibVersion();
+  j.key("library").open('{');
+  j.key("version").value(v != nullptr && v->version != nullptr ? v->version : "unknown");
+  j.key("backend").value(ZB_BACKEND);
+  if (strcmp(ZB_BACKEND, "x86") == 0) j.key("x86_level").value(ZB_X86_LEVEL);
+  else j.key("x86_level").null();
+  j.key("build_type").value(ZB_BUILD_TYPE);
+  const char* commit = getenv("ZB_COMMIT");
+  if (commit != nullptr && commit[0] != 0) j.key("commit").value(commit);
+  else j.key("commit").null();
+  j.key("generic_twin").value(twin() != nullptr);
+  j.close('}');
+  j.key("peers").open('{');
+  j.key("volk").value(plain_version(ZB_STR(VOLK_VERSION_MAJOR) "." ZB_STR(VOLK_VERSION_MINOR) "." ZB_STR(
+                          VOLK_VERSION_MAINT)) +
+                      " (machine " + volk_get_machine() + ")");
+  const unsigned xxh = XXH_versionNumber();
+  j.key("xxhash").value(std::to_string(xxh / 10000) + "." + std::to_string(xxh / 100 % 100) + "." +
+                        std::to_string(xxh % 100));
+  j.key("libstdc++").value("GCC " ZB_STR(__GNUC__) "." ZB_STR(__GNUC_MINOR__));
+  j.key("glibc").value(gnu_get_libc_version());
+  j.key("boost").value(std::to_string(BOOST_VERSION / 100000) + "." + std::to_string(BOOST_VERSION / 100 % 1000));
+  j.key("highway").value(ZB_STR(HWY_MAJOR) "." ZB_STR(HWY_MINOR) "." ZB_STR(HWY_PATCH));
+  j.close('}');
+  j.key("rows").open('[');
+  for (const ResultRow& x : rows) write_row(j, x);
+  j.line_end();
+  j.close(']');
+  j.close('}');
+  j.line_end();
+  return fclose(f) == 0;
 }
 
 // Collects the runs; prints the table at the end.
 class TableReporter : public benchmark::BenchmarkReporter {
  public:
-  TableReporter(bool verbose, bool markdown) : verbose_(verbose), markdown_(markdown) {}
+  TableReporter(bool verbose, bool markdown, const RunOptions& options)
+      : verbose_(verbose), markdown_(markdown), options_(options) {}
 
   bool ReportContext(const Context& c) override {
     if (verbose_) console_.ReportContext(c);
@@ -218,10 +470,14 @@ class TableReporter : public benchmark::BenchmarkReporter {
 
   void Finalize() override;
 
+  bool json_failed() const { return json_failed_; }
+
  private:
-  void print_cases();
+  void print_cases(const std::vector<ResultRow>& rows);
 
   bool verbose_, markdown_;
+  RunOptions options_;
+  bool json_failed_ = false;
   benchmark::ConsoleReporter console_;
 };
 
@@ -233,16 +489,34 @@ void TableReporter::Finalize() {
   printf("%slibrary: %s backend%s, built %s\n", lead, ZB_BACKEND,
          strcmp(ZB_BACKEND, "x86") == 0 ? (std::string(", level ") + ZB_X86_LEVEL).c_str() : "",
          ZB_BUILD_TYPE);
-  if (!cases().empty()) print_cases();
+  // Every row of every table, the element-wise ones first.
+  std::vector<ResultRow> rows;
+  for (size_t ci = 0; ci < cases().size(); ++ci)
+    for (int si = 0; si < 3; ++si) {
+      ResultRow x = case_row(ci, si);
+      if (x.seconds > 0) rows.push_back(std::move(x));
+    }
+  if (!cases().empty()) print_cases(rows);
   // The suites' tables follow, each with its own notes and count of targets missed.
   for (const Suite* s : active_suites()) {
     printf("\n");
     s->print(suite_options());
+    if (s->rows)
+      for (ResultRow& x : s->rows(suite_options())) rows.push_back(std::move(x));
+  }
+  if (!options_.json.empty()) {
+    fflush(stdout);
+    if (write_json(options_, rows)) {
+      fprintf(stderr, "results: %s (%zu rows)\n", options_.json.c_str(), rows.size());
+    } else {
+      fprintf(stderr, "cannot write %s\n", options_.json.c_str());
+      json_failed_ = true;
+    }
   }
 }
 
-// The table of the element-wise cases.
-void TableReporter::print_cases() {
+// The table of the element-wise cases, given their rows.
+void TableReporter::print_cases(const std::vector<ResultRow>& rows) {
   const char* lead = markdown_ ? "- " : "";
   printf("%sgeneric: %s\n", lead,
          twin() ? "the generic-backend build of the same sources, -O3"
@@ -258,35 +532,14 @@ void TableReporter::print_cases() {
   printf(row, "function", "size", "elements", "elements/s", "bytes/s", "base", "vs base",
          "vs gen", "vs peer", "peer, targets missed");
   if (markdown_) printf("|---|---|--:|--:|--:|---|--:|--:|--:|---|\n");
-  const char* kBaseName[] = {"memcpy", "memset", "memset0"};
   int misses = 0;
-  for (size_t ci = 0; ci < cases().size(); ++ci) {
-    const Case& c = cases()[ci];
-    for (int si = 0; si < 3; ++si) {
-      const auto& r = results()[ci][si];
-      const double t = r[kNative].seconds;
-      if (!(t > 0)) continue;
-      const double n = elements(c, si);
-      const double speed = 1 / t;
-      std::string notes = c.peer_name;
-      auto check = [&](double other_seconds, double target, const char* what) {
-        if (!(target > 0) || !(other_seconds > 0)) return;
-        // As printed: a ratio that shows as the target meets it.
-        if (std::round(100 * other_seconds / t) < std::round(100 * target)) {
-          notes += notes.empty() ? "" : " ";
-          notes += std::string("MISS ") + what;
-          ++misses;
-        }
-      };
-      // The baseline target holds where the data is cached, the peer's everywhere.
-      if (kSizes[si].cached) check(r[kBase].seconds, c.base_target, "base");
-      if (!c.peer_name.empty()) check(r[kPeer].seconds, 1.0, "peer");
-      printf(row, c.label.c_str(), kSizes[si].name, std::to_string(elements(c, si)).c_str(),
-             rate(n * speed, "").c_str(), rate(n * c.elem_bytes * speed, "B").c_str(),
-             kBaseName[c.baseline], ratio(speed, 1 / r[kBase].seconds).c_str(),
-             ratio(speed, 1 / r[kGeneric].seconds).c_str(),
-             ratio(speed, 1 / r[kPeer].seconds).c_str(), notes.c_str());
-    }
+  for (const ResultRow& x : rows) {
+    for (const Yardstick& y : x.against) misses += y.met ? 0 : 1;
+    printf(row, x.label.c_str(), x.size.c_str(), std::to_string(static_cast<int64_t>(x.elements)).c_str(),
+           rate(x.elements / x.seconds, "").c_str(), rate(x.bytes / x.seconds, "B").c_str(),
+           x.against[0].name.c_str(), ratio_text(x, Yardstick::kBase).c_str(),
+           ratio_text(x, Yardstick::kGeneric).c_str(), ratio_text(x, Yardstick::kPeer).c_str(),
+           x.notes.c_str());
   }
   printf("\n%stargets missed: %d\n", lead, misses);
 }
@@ -334,11 +587,13 @@ int main(int argc, char** argv) {
   double min_time = 0.01;
   int rounds = 3;
   bool list = false, verbose = false, markdown = false;
-  std::string sizes = "L1,L2,MEM";
+  std::string sizes = "L1,L2,MEM", json, command = "zivks_bench";
   std::vector<char*> rest{argv[0]};
   for (int i = 1; i < argc; ++i) {
     const std::string a = argv[i];
+    command += " " + a;
     if (a.rfind("--min-time=", 0) == 0) min_time = atof(a.c_str() + 11);
+    else if (a.rfind("--json=", 0) == 0) json = a.substr(7);
     else if (a.rfind("--sizes=", 0) == 0) sizes = a.substr(8);
     else if (a.rfind("--rounds=", 0) == 0) rounds = std::max(1, atoi(a.c_str() + 9));
     else if (a == "--list") list = true;
@@ -373,6 +628,15 @@ int main(int argc, char** argv) {
              c.peer_name.c_str());
     for (const Suite& s : suites()) s.list(so);
     return 0;
+  }
+  if (!json.empty()) {
+    // Found out now rather than after the run.
+    const size_t slash = json.rfind('/');
+    const std::string dir = slash == std::string::npos ? "." : json.substr(0, slash + (slash == 0));
+    if (access(dir.c_str(), W_OK) != 0) {
+      fprintf(stderr, "cannot write %s\n", json.c_str());
+      return 1;
+    }
   }
   if (!pool().ok) {
     fprintf(stderr, "cannot map the benchmark arrays\n");
@@ -419,8 +683,9 @@ int main(int argc, char** argv) {
     if (added > 0) active_suites().push_back(&s), suite_runs += added;
   }
   fprintf(stderr, "%zu functions, %zu runs ", cases().size(), slots().size() + suite_runs);
-  TableReporter reporter(verbose, markdown);
+  RunOptions run_options{command, filter, sizes, json, rounds, min_time};
+  TableReporter reporter(verbose, markdown, run_options);
   benchmark::RunSpecifiedBenchmarks(&reporter);
   benchmark::Shutdown();
-  return 0;
+  return reporter.json_failed() ? 1 : 0;
 }

@@ -24,8 +24,11 @@
 #include <stdint.h>
 #include <string.h>
 
+#include <cmath>
 #include <functional>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace zb {
 
@@ -117,6 +120,35 @@ struct SuiteOptions {
   bool markdown;                                     // --markdown
 };
 
+// One line of a table as --json writes it: ours, and everything ours is measured against
+// with the ratio of its time to ours (above 1: this library is faster).
+struct Yardstick {
+  // The byte baseline, the generic build, another way of calling ours, or a peer.
+  enum Kind { kBase, kGeneric, kSelf, kPeer };
+  std::string name;
+  Kind kind = kPeer;
+  double seconds = NAN;  // per call, as the ratio uses it
+  double ratio = NAN;
+  double target = 0;     // least ratio; 0: none
+  bool met = true;       // as printed: a ratio that shows as the target meets it
+  std::string notes;
+};
+struct ResultRow {
+  std::string family;
+  std::string label;       // what the table shows in its first column
+  std::string symbol;      // the exported function
+  std::string size;        // "L1", "L2", "MEM", or a count ("64Ki")
+  std::string input_kind;  // what `input` says ("input", "nulls", "mask"); empty: none
+  std::string input;       // the row's input (e.g. "random", "1%", "m5")
+  std::string items = "elements";  // what a call counts ("keys", "rows", "samples")
+  double elements = NAN;   // of a call
+  double bytes = NAN;      // of a call, as bytes/s counts them; NAN: not counted
+  double seconds = NAN;    // ours, per call
+  std::vector<std::pair<std::string, double>> subtracted;  // taken out of every time
+  std::vector<Yardstick> against;
+  std::string notes;
+};
+
 struct Suite {
   std::string family;
   // --list: prints the selected cases, one a line.
@@ -127,6 +159,8 @@ struct Suite {
   std::function<void(const std::string& run, double seconds)> record;
   // Prints the table; returns the number of targets missed.
   std::function<int(const SuiteOptions&)> print;
+  // The rows of that table, for --json (null: none).
+  std::function<std::vector<ResultRow>(const SuiteOptions&)> rows;
 };
 
 int add_suite(Suite s);

@@ -7,7 +7,8 @@
 //   peer's time to ours (0: none).
 // A family file makes its rows (its inputs, variants, checks) and its notes; RowSuite
 // lists them, registers their runs, keeps the fastest round of each variant, checks each
-// variant's output after its first run, and prints the table of ratios:
+// variant's output after its first run, and prints the table of ratios (the same rows go
+// to --json):
 //
 //   function  <part>  <size>  <items>/s  <column of the family's own>  peer  ratio  target  notes
 //
@@ -107,6 +108,8 @@ class RowSuite {
   std::array<const char*, 9> headers{};
   std::function<std::string(const Row&, double ours_seconds)> fifth;
   const char* wrong_words = "wrong results";
+  // The bytes of a row's call that bytes/s counts, for --json (null: not counted).
+  std::function<double(const Row&)> bytes;
 
   std::string row_name(const Row& r) const {
     return family + "/" + r.label + "/" + part(r) + "/" + size_name(r.n);
@@ -166,42 +169,61 @@ class RowSuite {
     for (const Row& r : rows) {
       const V& us = r.v[ours];
       if (!selected(o, r) || !(us.seconds > 0)) continue;
-      double base = 0;
-      for (size_t vi = 0; vi < ours; ++vi)
-        if (r.v[vi].call) base += r.v[vi].seconds;
-      auto net = [base](const V& v) {
-        const double t = v.seconds - base;
-        return t > 0 ? t : NAN;
-      };
-      const double t = net(us);
+      const double t = net(r, us);
       const std::string fifth_column = fifth(r, t);
-      // A value against the value of the variant it must equal.
-      const bool differs = us.same_as >= 0 && !(us.result == r.v[us.same_as].result);
-      if (us.wrong || us.failed || differs) ++wrong;
+      if (us.wrong || us.failed || differs(r)) ++wrong;
       for (size_t vi = ours + 1; vi < r.v.size(); ++vi) {
         const V& p = r.v[vi];
-        const double ratio = net(p) / t;
-        std::string notes;
-        auto note = [&notes](const std::string& s) { notes += (notes.empty() ? "" : " ") + s; };
-        // As printed: a ratio that shows as the target meets it.
-        if (p.target > 0 && std::isfinite(ratio) && std::round(100 * ratio) < std::round(100 * p.target)) {
-          note("MISS");
-          ++misses;
-        }
-        if (us.failed) note("FAILED ours");
-        if (us.wrong) note("WRONG ours");
-        if (differs && static_cast<int>(vi) == us.same_as) note("WRONG ours");
-        if (p.failed) note("FAILED " + p.name), ++wrong;
-        if (p.wrong) note("WRONG peer"), ++wrong;
+        const Yardstick y = against(r, vi, t);
+        if (!y.met) ++misses;
+        if (p.failed) ++wrong;
+        if (p.wrong) ++wrong;
         printf(line, r.label.c_str(), part(r), size_name(r.n).c_str(), rate(r.n / t, "").c_str(),
-               fifth_column.c_str(), p.name.c_str(), fixed(ratio, "%.2f").c_str(),
-               p.target > 0 ? fixed(p.target, "%.2f").c_str() : "", notes.c_str());
+               fifth_column.c_str(), p.name.c_str(), fixed(y.ratio, "%.2f").c_str(),
+               p.target > 0 ? fixed(p.target, "%.2f").c_str() : "", y.notes.c_str());
       }
     }
     printf("\n%s%s targets missed: %d", lead, family.c_str(), misses);
     if (wrong > 0) printf(", %s: %d", wrong_words, wrong);
     printf("\n");
     return misses;
+  }
+
+  // The rows of the table, for --json: every row timed, with every variant after ours
+  // that has a call. A variant named after memcpy or memset is the byte baseline, the
+  // "generic build" the generic twin, one whose name starts with "ours" another call of
+  // ours, any other a peer.
+  std::vector<ResultRow> result_rows(const SuiteOptions& o) const {
+    std::vector<ResultRow> out;
+    const bool part_is_size = std::string(headers[1]) == "size";
+    for (const Row& r : rows) {
+      const V& us = r.v[ours];
+      if (!selected(o, r) || !(us.seconds > 0)) continue;
+      ResultRow x;
+      x.family = family;
+      x.label = r.label;
+      x.symbol = "ZIVKS_" + r.label.substr(0, r.label.find('/'));
+      x.size = part_is_size ? std::string(part(r)) : size_name(r.n);
+      if (!part_is_size) x.input_kind = headers[1], x.input = part(r);
+      x.items = headers[2];
+      x.elements = r.n;
+      x.seconds = net(r, us);
+      x.bytes = bytes ? bytes(r) : NAN;
+      for (size_t vi = 0; vi < ours; ++vi)
+        if (r.v[vi].call) x.subtracted.emplace_back(r.v[vi].name, r.v[vi].seconds);
+      for (size_t vi = ours + 1; vi < r.v.size(); ++vi) {
+        if (!r.v[vi].call) continue;
+        Yardstick y = against(r, vi, x.seconds);
+        const std::string& name = r.v[vi].name;
+        y.kind = name.rfind("memcpy", 0) == 0 || name.rfind("memset", 0) == 0 ? Yardstick::kBase
+                 : name == "generic build"                                    ? Yardstick::kGeneric
+                 : name.rfind("ours", 0) == 0                                 ? Yardstick::kSelf
+                                                                              : Yardstick::kPeer;
+        x.against.push_back(std::move(y));
+      }
+      out.push_back(std::move(x));
+    }
+    return out;
   }
 
   // The zb::Suite of these rows; `print_all` prints the family's notes and then print().
@@ -212,10 +234,50 @@ class RowSuite {
     s.add = [this](const SuiteOptions& o) { return add(o); };
     s.record = [this](const std::string& run, double seconds) { record(run, seconds); };
     s.print = std::move(print_all);
+    s.rows = [this](const SuiteOptions& o) { return result_rows(o); };
     return s;
   }
 
  private:
+  // A variant's time with the baselines' taken out (NAN where nothing is left).
+  double net(const Row& r, const V& v) const {
+    double base = 0;
+    for (size_t vi = 0; vi < ours; ++vi)
+      if (r.v[vi].call) base += r.v[vi].seconds;
+    const double t = v.seconds - base;
+    return t > 0 ? t : NAN;
+  }
+
+  // Ours differs from the value of the variant it must equal.
+  bool differs(const Row& r) const {
+    const V& us = r.v[ours];
+    return us.same_as >= 0 && !(us.result == r.v[us.same_as].result);
+  }
+
+  // Variant vi against ours (net time t): its ratio, whether its target is met, and the
+  // notes of its line in the table.
+  Yardstick against(const Row& r, size_t vi, double t) const {
+    const V& us = r.v[ours];
+    const V& p = r.v[vi];
+    Yardstick y;
+    y.name = p.name;
+    y.seconds = net(r, p);
+    y.ratio = y.seconds / t;
+    y.target = p.target;
+    auto note = [&y](const std::string& s) { y.notes += (y.notes.empty() ? "" : " ") + s; };
+    // As printed: a ratio that shows as the target meets it.
+    if (p.target > 0 && std::isfinite(y.ratio) && std::round(100 * y.ratio) < std::round(100 * p.target)) {
+      note("MISS");
+      y.met = false;
+    }
+    if (us.failed) note("FAILED ours");
+    if (us.wrong) note("WRONG ours");
+    if (differs(r) && static_cast<int>(vi) == us.same_as) note("WRONG ours");
+    if (p.failed) note("FAILED " + p.name);
+    if (p.wrong) note("WRONG peer");
+    return y;
+  }
+
   // One run: the timed calls, then the status and (after the variant's first run) the
   // output checked.
   void run(size_t ri, size_t vi, benchmark::State& st) {
