@@ -153,25 +153,28 @@ template <class T>
 T Call::scalar(const char* name) {
   if constexpr (std::is_floating_point<T>::value) {
     if (!strcmp(name, "scale")) {
-      if (!in_.one_in(6)) return T(ldexp(1.0, int(in_.below(81)) - 40));
-      const T odd[] = {T(0), T(-1), T(-0.5), T(NAN), T(INFINITY), T(3), T(1e300), T(1e-300),
-                       T(4.9e-324)};
-      return odd[in_.below(sizeof odd / sizeof odd[0])];
+      // From 2^-128 a block's left-shift count reads as negative in its low byte, from
+      // 2^-1024 a float64 multiplier is infinite, from 2^65 a 64-bit sum shifts out whole.
+      switch (in_.below(8)) {
+        case 0: return T(ldexp(1.0, -int(in_.below(1080))));
+        case 1: return T(ldexp(1.0, int(in_.below(76))));
+        case 2: {
+          const T odd[] = {T(0), T(-1), T(-0.5), T(NAN), T(INFINITY), T(3), T(1e300),
+                           T(1e-300), T(4.9e-324)};
+          return odd[in_.below(sizeof odd / sizeof odd[0])];
+        }
+        default: return T(ldexp(1.0, int(in_.below(81)) - 40));
+      }
     }
   }
   if constexpr (std::is_integral<T>::value) {
-    // Shift counts: mostly 0 to 69 (below, at and above every element width).
     if (!strcmp(name, "shift")) return in_.one_in(8) ? in_.take<T>() : T(in_.below(70));
+    if (!strcmp(name, "rndMode")) return in_.one_in(6) ? in_.take<T>() : T(in_.below(4));
   }
   if constexpr (std::is_enum<T>::value) {
-    // Selectors: mostly 0 to 2, now and then any 32-bit value. Entries whose selector
-    // has other valid values (data types) choose them themselves.
-    // Copied, not cast: a C caller may pass any value the 32 bits hold.
-    const uint32_t bits = in_.one_in(8) ? in_.take<uint32_t>() : in_.below(3);
-    T v;
-    static_assert(sizeof v == sizeof bits, "selectors travel as 32-bit values");
-    memcpy(&v, &bits, sizeof v);
-    return v;
+    // A C++ caller can pass only what the enumeration's range holds: 0 to 3 for the
+    // rounding modes, 0 to 31 for the data types.
+    return static_cast<T>(in_.below(std::is_same<T, ZIVKDataType>::value ? 32 : 4));
   } else {
     T v;
     fill_elements<T>(&v, 1);
@@ -182,11 +185,12 @@ T Call::scalar(const char* name) {
 void Call::finish(ZIVKStatus status) {
   digest_.add_value(status);
   for (const Recorded& r : arrays_) {
-    const bool same = memcmp(r.before.data(), r.block->data(), r.block->size()) == 0;
+    const bool same = r.block->size() == 0 ||
+                      memcmp(r.before.data(), r.block->data(), r.block->size()) == 0;
     if (r.kind == kSource && !same) fail(entry_, "wrote a source array");
     if (r.kind == kWritten && is_error(status) && !same)
       fail(entry_, "wrote an array and returned error " + std::to_string(status));
-    if (r.kind == kWritten) digest_.add(r.block->data(), r.block->size());
+    if (r.kind == kWritten && r.block->size()) digest_.add(r.block->data(), r.block->size());
   }
 }
 

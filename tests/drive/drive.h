@@ -127,8 +127,11 @@ class Call {
   }
 
   // A scalar argument. Named ones get values of their kind: `scale` a power of two over
-  // a wide range (now and then zero, negative, not finite or not a power of two),
-  // `rndMode` mostly one of the three modes; any other name takes raw bits.
+  // the whole range of float64 (now and then zero, negative, not finite or not a power
+  // of two), `rndMode` mostly a mode (0 to 2) or the first value past them, `shift` a
+  // count below, at and above every element width; selectors of enumerated types a
+  // value their type can hold (any 32-bit value only a C caller can pass); every other
+  // name and type is drawn like an array element (complex records part by part).
   template <class T>
   T scalar(const char* name);
 
@@ -180,7 +183,7 @@ uint64_t run_entry(const Entry& e, const uint8_t* data, size_t size);
 
 // ---- Table lines
 // ZD_CALL(fn, roles...) makes an entry from the roles of fn's parameters, in order:
-//   src, src1, src2      a source array of len elements
+//   src, src1, src2      a source array of len elements (any pointer to const)
 //   dst, srcDst          a written array of len elements
 //   out                  a written single element (pMax, pIndx, ...)
 //   len                  the length
@@ -203,8 +206,9 @@ P make_arg(Call& c, const Role& r, int32_t len) {
     if (r.name == "out") return c.array<T>(1, Call::kWritten);
     const int64_t n = int64_t(len > 0 ? len : 0) * r.mul + r.room;
     return c.array<T>(n, is_const ? Call::kSource : Call::kWritten);
+  } else if constexpr (std::is_integral<P>::value) {
+    return r.name == "len" ? P(len) : c.scalar<P>(r.name.c_str());
   } else {
-    if (r.name == "len") return P(len);
     return c.scalar<P>(r.name.c_str());
   }
 }

@@ -1,7 +1,8 @@
 // zivks_drive: runs the driver's entries without a fuzzer.
 //
 //   zivks_drive --list                  the names of all entries, one a line
-//   zivks_drive --digest [--seeds=N]    one line per entry: its name and the digest of
+//   zivks_drive --digest [--seeds=N]    the build loaded (a comment line), then one line
+//                                       per entry: its name and the digest of
 //                                       its results on N fixed inputs (default 200);
 //                                       builds that agree bit for bit print the same
 //   --only=REGEX                        (with --digest or --threads) the entries whose
@@ -14,6 +15,7 @@
 //
 // A failed check of the driver aborts with a message; a thread mismatch or a bad
 // argument exits with 1.
+#include <dlfcn.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -123,6 +125,10 @@ int main(int argc, char** argv) {
   if (mode == "list") {
     for (const zd::Entry& e : all) printf("%s\n", e.name);
   } else if (mode == "digest") {
+    // First the build that was loaded: the level the loader chose shows here.
+    Dl_info info{};
+    dladdr(reinterpret_cast<void*>(&ZIVKS_Add_32f), &info);
+    printf("# %s %s\n", ZIVKS_GetLibVersion()->backend, info.dli_fname ? info.dli_fname : "?");
     for (const zd::Entry& e : all)
       if (std::regex_search(e.name, only))
         printf("%s %016llx\n", e.name, (unsigned long long)entry_digest(e, seeds));
