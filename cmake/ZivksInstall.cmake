@@ -4,6 +4,11 @@ include(CMakePackageConfigHelpers)
 
 install(TARGETS zivks_base zivk_core EXPORT zivksTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+# The wider x86 levels where the dynamic loader looks for them (see CMakeLists.txt).
+foreach(_level IN LISTS ZIVKS_HWCAPS_LEVELS)
+  install(TARGETS zivks_base_${_level} zivk_core_${_level}
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/glibc-hwcaps/x86-64-${_level} NAMELINK_SKIP)
+endforeach()
 # zivks.h includes one header per subsystem from zivks/.
 install(FILES ${PROJECT_SOURCE_DIR}/include/zivks.h ${PROJECT_SOURCE_DIR}/include/zivk_core.h
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})

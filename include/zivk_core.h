@@ -51,7 +51,9 @@ typedef struct ZIVKLibVersion {
   int32_t patch;       /**< fixes */
   const char* name;    /**< "zivks" */
   const char* version; /**< "major.minor.patch" */
-  const char* backend; /**< vector backend the core library was built beside: "neon", "x86", "generic" */
+  const char* backend; /**< build the core library came with: "neon", "generic", or the x86 level
+                        "x86-64-v2", "x86-64-v3", "x86-64-v4" (the loader picks a level's pair
+                        of libraries from the glibc-hwcaps folders) */
 } ZIVKLibVersion;
 
 /** size bytes (at least 1) aligned to 64 bytes, or null on failure or for size < 1. */
