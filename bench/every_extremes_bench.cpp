@@ -64,3 +64,49 @@ ZB_FUNC(every_extremes, ZIVKS_FindNearest_16u, int32_t, kMemcpy, 0,
           for (int i = 0; i < 256; ++i) table[i] = static_cast<uint16_t>(i * 256 + 7);
           fn(a.src<uint16_t>(0), a.dst<uint16_t>(0), a.dst<int32_t>(1), n, table, 256);
         });
+
+// What the float rule costs: MaxEvery of floats as the library's loop runs it at the
+// widest registers (one 64-byte register a step, the larger by vrange so that -0 orders
+// below +0, then an unordered compare that sends a step holding a NaN to the slow path),
+// without the NaN test, and as a plain maxps (neither rule). Bench-only.
+#if defined(__x86_64__)
+#include <immintrin.h>
+
+namespace {
+enum class MaxRule { kFull, kNoNanTest, kPlain };
+
+template <MaxRule rule>
+__attribute__((target("avx512f,avx512dq,avx512vl"))) ZIVKStatus max32_loop(const float* a, const float* b,
+                                                                          float* d, int32_t len) {
+  if (!a || !b || !d) return ZIVK_STS_NULL_PTR_ERR;
+  if (len < 1) return ZIVK_STS_SIZE_ERR;
+  const int64_t n = len & ~3;
+  int64_t i = 0;
+  for (; i + 16 <= n; i += 16) {
+    const __m512 x = _mm512_loadu_ps(a + i), y = _mm512_loadu_ps(b + i);
+    if constexpr (rule == MaxRule::kPlain) {
+      _mm512_storeu_ps(d + i, _mm512_maskz_max_ps(0xFFFF, x, y));
+    } else {
+      _mm512_storeu_ps(d + i, _mm512_maskz_range_ps(0xFFFF, x, y, 5));
+      if (rule == MaxRule::kFull && __builtin_expect(_mm512_cmp_ps_mask(x, y, _CMP_UNORD_Q) != 0, 0))
+        for (int k = 0; k < 16; ++k) d[i + k] = a[i + k] != a[i + k] ? a[i + k] : b[i + k];
+    }
+  }
+  for (; i < n; i += 4) _mm_storeu_ps(d + i, _mm_range_ps(_mm_loadu_ps(a + i), _mm_loadu_ps(b + i), 5));
+  for (; i < len; ++i) d[i] = a[i] >= b[i] ? a[i] : b[i];
+  return ZIVK_STS_NO_ERR;
+}
+}  // namespace
+
+#define ZB_MAX_VARIANT(label, rule)                                                       \
+  ZB_FUNC_AS(every_extremes, label, max32_loop<MaxRule::rule>, float, kMemcpy, 0,        \
+             [](auto fn, const zb::Arrays& a, int32_t n) {                                \
+               fn(a.src<float>(0), a.src<float>(1), a.dst<float>(0), n);                  \
+             });                                                                          \
+  ZB_PEER_AS(label, volk_32f_x2_max_32f, [](const zb::Arrays& a, int32_t n) {             \
+    volk_32f_x2_max_32f(a.dst<float>(0), a.src<float>(0), a.src<float>(1), n);            \
+  })
+ZB_MAX_VARIANT("MaxEvery_32f/rule", kFull);
+ZB_MAX_VARIANT("MaxEvery_32f/noNaNtest", kNoNanTest);
+ZB_MAX_VARIANT("MaxEvery_32f/maxps", kPlain);
+#endif
