@@ -209,12 +209,12 @@ ZIVKDataType same_size_type(Input& in) {
   return by_size[row][in.below(3)];
 }
 
-// A selector value from the 32 bits a C caller may pass: one of the nine types, or
-// (`valid` false) one of the values between and around them.
+// A selector value: one of the nine types, or (`valid` false) one of the values between
+// and around them that the enumeration can hold (0 to 31 for a C++ caller).
 ZIVKDataType any_type(Input& in, bool valid = true) {
   static const int32_t values[] = {ZIVK_DT_8U,  ZIVK_DT_16U, ZIVK_DT_16S, ZIVK_DT_32U, ZIVK_DT_32S,
                                    ZIVK_DT_32F, ZIVK_DT_64U, ZIVK_DT_64S, ZIVK_DT_64F, 0,
-                                   2,           3,           20,          -1,          std::numeric_limits<int32_t>::min()};
+                                   2,           3,           20,          21,          31};
   const uint32_t first_bad = 9, all = sizeof values / sizeof values[0];
   const int32_t v = valid ? values[in.below(first_bad)] : values[first_bad + in.below(all - first_bad)];
   ZIVKDataType t;
