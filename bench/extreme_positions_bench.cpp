@@ -77,6 +77,31 @@ ZB_PEER_AS("MinIndx_32f/16u", volk_32f_index_min_16u, [](const zb::Arrays& a, in
   volk_32f_index_min_16u(&i, a.src<float>(0), n);
   keep(i);
 });
+// VOLK's 16-bit index forms look at the first 65535 elements only (a longer call is cut
+// to that length), so from 64Ki elements on they do less than the whole job. "/16u/all"
+// does it all with them: one call for each run of 65535 elements, the first extreme of
+// the runs kept.
+template <bool kMax>
+void volk_16u_all(const float* p, int32_t n) {
+  constexpr int32_t kRun = 65535;
+  int64_t best = 0;
+  for (int32_t at = 0; at < n; at += kRun) {
+    uint16_t i;
+    const uint32_t m = static_cast<uint32_t>(std::min(kRun, n - at));
+    if (kMax) volk_32f_index_max_16u(&i, p + at, m);
+    else volk_32f_index_min_16u(&i, p + at, m);
+    if (at == 0 || (kMax ? p[at + i] > p[best] : p[at + i] < p[best])) best = at + i;
+  }
+  keep(best);
+}
+ZB_FUNC_AS(extreme_positions, "MaxIndx_32f/16u/all", ZIVKS_MaxIndx_32f, float, kMemcpy, 0, ZB_CALL_ONE(float));
+ZB_PEER_AS("MaxIndx_32f/16u/all", volk_32f_index_max_16u, [](const zb::Arrays& a, int32_t n) {
+  volk_16u_all<true>(a.src<float>(0), n);
+});
+ZB_FUNC_AS(extreme_positions, "MinIndx_32f/16u/all", ZIVKS_MinIndx_32f, float, kMemcpy, 0, ZB_CALL_ONE(float));
+ZB_PEER_AS("MinIndx_32f/16u/all", volk_32f_index_min_16u, [](const zb::Arrays& a, int32_t n) {
+  volk_16u_all<false>(a.src<float>(0), n);
+});
 ZB_FUNC_AS(extreme_positions, "MaxIndx_32f/std", ZIVKS_MaxIndx_32f, float, kMemcpy, 0, ZB_CALL_ONE(float));
 ZB_PEER_AS("MaxIndx_32f/std", std::max_element, [](const zb::Arrays& a, int32_t n) {
   keep(std::max_element(a.src<float>(0), a.src<float>(0) + n) - a.src<float>(0));

@@ -292,6 +292,67 @@ int qsort_compare(const void* a, const void* b) {
   return (y < x) - (x < y);
 }
 
+// ---- Bench-only variants ---------------------------------------------------------------
+// Our sorts without a part of what they are required to do, to show what that part
+// costs; each runs in the same row, on the same keys, with the same checks as ours.
+
+// A least-significant-digit radix sort with `Bits`-bit digits: every histogram counted
+// in one forward walk, then per pass a stable forward scatter from one array into the
+// other, the two taking turns (no copy back after a pass); an odd number of passes ends
+// with one copy. Keys are taken as unsigned bits; doubles are first mapped so that
+// their unsigned order is their numeric order, and back after.
+template <class U, int Bits>
+void lsd_radix(U* a, U* buf, int32_t n) {
+  constexpr int kPasses = (8 * static_cast<int>(sizeof(U)) + Bits - 1) / Bits;
+  constexpr uint32_t kBuckets = 1u << Bits;
+  static int32_t counts[kPasses][kBuckets];
+  memset(counts, 0, sizeof counts);
+  for (int32_t i = 0; i < n; ++i)
+    for (int p = 0; p < kPasses; ++p) ++counts[p][(a[i] >> (p * Bits)) & (kBuckets - 1)];
+  U* from = a;
+  U* to = buf;
+  for (int p = 0; p < kPasses; ++p) {
+    int32_t sum = 0;
+    for (uint32_t d = 0; d < kBuckets; ++d) {
+      const int32_t c = counts[p][d];
+      counts[p][d] = sum;
+      sum += c;
+    }
+    for (int32_t i = 0; i < n; ++i) to[counts[p][(from[i] >> (p * Bits)) & (kBuckets - 1)]++] = from[i];
+    std::swap(from, to);
+  }
+  if (from != a) memcpy(a, from, sizeof(U) * static_cast<size_t>(n));
+}
+
+template <class T, int Bits>
+void lsd_radix_keys(T* a, uint8_t* buf, int32_t n) {
+  using U = std::conditional_t<sizeof(T) == 8, uint64_t, uint32_t>;
+  U* u = reinterpret_cast<U*>(a);
+  constexpr U kSign = U{1} << (8 * sizeof(U) - 1);
+  if constexpr (std::is_floating_point_v<T>)
+    for (int32_t i = 0; i < n; ++i) u[i] ^= (u[i] & kSign) ? ~U{0} : kSign;
+  lsd_radix<U, Bits>(u, reinterpret_cast<U*>(buf), n);
+  if constexpr (std::is_floating_point_v<T>)
+    for (int32_t i = 0; i < n; ++i) u[i] ^= (u[i] & kSign) ? kSign : ~U{0};
+}
+
+template <class T, int Bits>
+Variant lsd_radix_variant(const char* name) {
+  return {name,
+          [](Bed& b) {
+            b.restore();
+            lsd_radix_keys<T, Bits>(b.w<T>(), b.policy, b.n);
+          },
+          sorted_same_keys<T>, 0};
+}
+
+// The comparator SortAscend_32s_I hands to qsort (1 when a belongs after b, else 0),
+// called the way qsort calls it: through a pointer the compiler cannot see through.
+int one_sided_32s(const void* a, const void* b) {
+  return *static_cast<const int32_t*>(a) > *static_cast<const int32_t*>(b);
+}
+int (*volatile one_sided_32s_ptr)(const void*, const void*) = one_sided_32s;
+
 // ---- The rows ---------------------------------------------------------------------------
 
 // Random keys at four sizes, and the three orders at 1Mi.
@@ -333,6 +394,18 @@ void radix_rows(const char* label, RadixFn<T> fn, ZIVKDataType type) {
                    },
                    sorted_same_keys<T>, 0});
     for (Variant& p : sort_peers<T>(std_target, spread_target)) r.v.push_back(std::move(p));
+    // Bench only: ours behind a test for keys already in order, which then returns.
+    r.v.push_back({"bench: ours if unsorted",
+                   [fn](Bed& b) {
+                     b.restore();
+                     if (!std::is_sorted(b.w<T>(), b.w<T>() + b.n)) fn(b.w<T>(), b.n, b.policy);
+                   },
+                   sorted_same_keys<T>, 0});
+    // Bench only: eight 8-bit passes without the copy back; six 11-bit passes.
+    if constexpr (sizeof(T) == 8) {
+      r.v.push_back(lsd_radix_variant<T, 8>("bench: 8-bit, no copy"));
+      r.v.push_back(lsd_radix_variant<T, 11>("bench: 11-bit, no copy"));
+    }
     rows().push_back(std::move(r));
   }
 }
@@ -399,6 +472,15 @@ void comparison_rows(const char* label, SortFn<T> fn, double std_target, bool wi
                        qsort(b.w<T>(), static_cast<size_t>(b.n), sizeof(T), qsort_compare<T>);
                      },
                      sorted_same_keys<T>, 0});
+    // Bench only: std::sort with the one-sided comparator, called through a pointer.
+    if constexpr (std::is_same_v<T, int32_t>)
+      if (with_qsort)
+        r.v.push_back({"bench: std::sort our cmp",
+                       [](Bed& b) {
+                         b.restore();
+                         std::sort(b.w<T>(), b.w<T>() + b.n, [](const T& x, const T& y) { return one_sided_32s_ptr(&y, &x) != 0; });
+                       },
+                       sorted_same_keys<T>, 0});
     rows().push_back(std::move(r));
   }
 }

@@ -126,14 +126,69 @@ ZIVKStatus convert_8u8s_s(const uint8_t* src, int8_t* dst, int32_t len, ZIVKRoun
   return ZIVK_STS_NO_ERR;
 }
 
+// Convert_16s8s_S's blocks at M = 2^e with e from -15 to 7. There the float32 product of
+// an int16 is exact, so the int16 lanes give the same results on their own, and the
+// caller narrows them with saturation. No step can overflow an int16 lane.
+constexpr int32_t kExactShiftRight = 15, kExactShiftLeft = 7;
+
+// e >= 0: the element, first clamped to int8 (beyond it the product saturates anyway),
+// shifted left by e.
+template <int K>
+inline simd::vec<int16_t, K> grown_16s(const simd::vec<int16_t, K>& x, const simd::shift_count<int16_t, K>& e) {
+  using V = simd::vec<int16_t, K>;
+  return simd::shl(simd::min(simd::max(x, simd::splat<V>(-128)), simd::splat<V>(127)), e);
+}
+
+// e < 0, k = -e: the floor x >> k, plus one where the remainder r = x - (floor << k),
+// from 0 to 2^k - 1, asks for it: toward zero where r != 0 and x < 0; to nearest where
+// r is above half = 2^(k-1), or at it with an odd floor; away from zero where r is above
+// half, or at it with x >= 0.
+template <Mode md, int K>
+inline simd::vec<int16_t, K> shrunk_16s(const simd::vec<int16_t, K>& x, const simd::shift_count<int16_t, K>& k,
+                                        int16_t half) {
+  using V = simd::vec<int16_t, K>;
+  const V neg = simd::shr(x, simd::shift_count<int16_t, K>(15));  // -1 where x < 0
+  const V low = simd::splat<V>(static_cast<int16_t>(2 * half - 1));
+  if constexpr (md == Mode::kZero) return simd::shr(simd::add_wrap(x, simd::bit_and(neg, low)), k);
+  const V q = simd::shr(x, k);
+  const V one = simd::splat<V>(1);
+  // Up where r > half - 1 (odd floor, or x >= 0 away from zero), else where r > half.
+  const V lower = md == Mode::kNear ? simd::bit_and(q, one) : simd::add_wrap(neg, one);
+  return simd::sub_wrap(q, simd::cmp_gt(simd::bit_and(x, low), simd::sub_wrap(simd::splat<V>(half), lower)));
+}
+
 // ---- Convert_16s8s_S, 8 a block: float32 product, rounded by rndMode, saturated.
 ZIVKStatus convert_16s8s_s(const int16_t* src, int8_t* dst, int32_t len, ZIVKRoundMode mode, double scale) {
   const Checked c = check<true>(src, dst, len, mode, scale);
   if (c.st) return c.st;
   const float m = scale::multiplier<float>(c.e);
+  const bool exact = c.e >= -kExactShiftRight && c.e <= kExactShiftLeft;
+  const broadcast<int16_t, simd::shift_count> shift(exact ? (c.e < 0 ? -c.e : c.e) : 0);
+  const int16_t half = static_cast<int16_t>(exact && c.e < 0 ? 1 << (-c.e - 1) : 0);
   const broadcast<float> mvs(m);
   by_mode(static_cast<uint32_t>(mode), [&](auto tag) {
     constexpr Mode md = decltype(tag)::value;
+    auto tail = [&](int64_t i) { dst[i] = rounding::tail_by<int8_t, md>(static_cast<float>(src[i]) * m); };
+    if (exact && c.e >= 0) {
+      narrowing_blocks<8>(
+          len, dst,
+          [&](int64_t i, auto w) {
+            constexpr int K = decltype(w)::value;
+            return grown_16s(simd::load<simd::vec<int16_t, K>>(src + i), shift.template get<K>());
+          },
+          tail);
+      return;
+    }
+    if (exact) {
+      narrowing_blocks<8>(
+          len, dst,
+          [&](int64_t i, auto w) {
+            constexpr int K = decltype(w)::value;
+            return shrunk_16s<md>(simd::load<simd::vec<int16_t, K>>(src + i), shift.template get<K>(), half);
+          },
+          tail);
+      return;
+    }
     for_blocks<8>(
         len,
         [&](int64_t i, auto w) {
@@ -145,7 +200,7 @@ ZIVKStatus convert_16s8s_s(const int16_t* src, int8_t* dst, int32_t len, ZIVKRou
           const auto r = simd::narrow_sat<int16_t>(q(simd::widen_lo<int32_t>(v)), q(simd::widen_hi<int32_t>(v)));
           simd::store_lo(dst + i, simd::narrow_sat<int8_t>(r, r));
         },
-        [&](int64_t i) { dst[i] = rounding::tail_by<int8_t, md>(static_cast<float>(src[i]) * m); });
+        tail);
   });
   return ZIVK_STS_NO_ERR;
 }
