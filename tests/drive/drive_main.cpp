@@ -7,6 +7,9 @@
 //                                       builds that agree bit for bit print the same
 //   --only=REGEX                        (with --digest or --threads) the entries whose
 //                                       names match
+//   --expect=FILE                       (with --digest) compares with the lines of FILE
+//                                       (a digest printed before) and fails on any
+//                                       difference: every build must print the same
 //   zivks_drive --threads=T [--seeds=N] the entries run from T threads at once, each
 //                                       result compared with a run on one thread (the
 //                                       users of the C library's generator excepted)
@@ -86,6 +89,42 @@ int threads_check(unsigned threads, uint32_t seeds) {
   return mismatches ? 1 : 0;
 }
 
+int expect_digests(const std::string& path, uint32_t seeds) {
+  std::ifstream f(path);
+  if (!f) {
+    fprintf(stderr, "cannot read %s\n", path.c_str());
+    return 1;
+  }
+  std::vector<std::pair<std::string, std::string>> want;
+  for (std::string name, hex; f >> name;) {
+    if (name[0] == '#') {
+      std::getline(f, hex);
+      continue;
+    }
+    f >> hex;
+    want.emplace_back(name, hex);
+  }
+  const auto& all = zd::entries();
+  int bad = 0;
+  size_t checked = 0;
+  for (const auto& [name, hex] : want) {
+    const zd::Entry* e = nullptr;
+    for (const zd::Entry& x : all)
+      if (name == x.name) e = &x;
+    if (!e || !std::regex_search(e->name, only)) {
+      if (!e) fprintf(stderr, "%s: no such entry\n", name.c_str()), ++bad;
+      continue;
+    }
+    char got[17];
+    snprintf(got, sizeof got, "%016llx", (unsigned long long)entry_digest(*e, seeds));
+    ++checked;
+    if (hex != got) fprintf(stderr, "%s: expected %s, got %s\n", name.c_str(), hex.c_str(), got), ++bad;
+  }
+  if (want.size() != all.size()) fprintf(stderr, "%s has %zu digests for %zu entries\n", path.c_str(), want.size(), all.size()), ++bad;
+  printf("digests: %zu checked, %d differ from %s (%s)\n", checked, bad, path.c_str(), ZIVKS_GetLibVersion()->backend);
+  return bad ? 1 : 0;
+}
+
 int replay(int argc, char** argv, int first) {
   const auto& all = zd::entries();
   for (int i = first; i < argc; ++i) {
@@ -108,12 +147,13 @@ int replay(int argc, char** argv, int first) {
 int main(int argc, char** argv) {
   uint32_t seeds = 200;
   unsigned threads = 0;
-  std::string mode;
+  std::string mode, expect;
   for (int i = 1; i < argc; ++i) {
     const char* a = argv[i];
     if (!strncmp(a, "--seeds=", 8)) seeds = uint32_t(atoi(a + 8));
     else if (!strncmp(a, "--threads=", 10)) threads = unsigned(atoi(a + 10)), mode = "threads";
     else if (!strncmp(a, "--only=", 7)) only = std::regex(a + 7);
+    else if (!strncmp(a, "--expect=", 9)) expect = a + 9;
     else if (!strcmp(a, "--list") || !strcmp(a, "--digest")) mode = a + 2;
     else if (!strcmp(a, "--replay")) return replay(argc, argv, i + 1);
     else {
@@ -124,6 +164,8 @@ int main(int argc, char** argv) {
   const auto& all = zd::entries();
   if (mode == "list") {
     for (const zd::Entry& e : all) printf("%s\n", e.name);
+  } else if (mode == "digest" && !expect.empty()) {
+    return expect_digests(expect, seeds);
   } else if (mode == "digest") {
     // First the build that was loaded: the level the loader chose shows here.
     Dl_info info{};
