@@ -85,10 +85,9 @@ enum class Order {
   kRoundSecondRe,
 };
 
-template <class V>
-inline V negate(const V& x) {
-  return simd::bit_xor(x, simd::splat<V>(static_cast<typename V::lane>(-0.0)));
-}
+// The sign bit of the first part of each element, as the bytes of a 16-byte block.
+constexpr uint8_t kSignOfFirst32[16] = {0, 0, 0, 0x80, 0, 0, 0, 0, 0, 0, 0, 0x80, 0, 0, 0, 0};
+constexpr uint8_t kSignOfFirst64[16] = {0, 0, 0, 0, 0, 0, 0, 0x80, 0, 0, 0, 0, 0, 0, 0, 0};
 
 // The tail of both complex forms: re = fma(a.re, b.re, -(a.im*b.im)) written first,
 // then im = fma(a.re, b.im, a.im*b.re) from a and b read again, so that with srcDst
@@ -106,17 +105,63 @@ inline void complex_tail(const E* src1, const E* src2, E* acc, int64_t i) {
 // AddProduct_64fc reads ahead of src1, src2 and srcDst by these.
 constexpr int64_t kProduct64fcAheadBytes[3] = {2048, 4096, 4096};
 
+// The blocks work on the parts as they lie, re and im side by side; these byte tables
+// of a 16-byte block move the parts within each element: re into both places, im into
+// both places, or re and im exchanged.
+template <class F>
+struct PartMoves;
+template <>
+struct PartMoves<float> {
+  static constexpr uint8_t kBothRe[16] = {0, 1, 2, 3, 0, 1, 2, 3, 8, 9, 10, 11, 8, 9, 10, 11};
+  static constexpr uint8_t kBothIm[16] = {4, 5, 6, 7, 4, 5, 6, 7, 12, 13, 14, 15, 12, 13, 14, 15};
+  static constexpr uint8_t kSwapped[16] = {4, 5, 6, 7, 0, 1, 2, 3, 12, 13, 14, 15, 8, 9, 10, 11};
+};
+template <>
+struct PartMoves<double> {
+  static constexpr uint8_t kBothRe[16] = {0, 1, 2, 3, 4, 5, 6, 7, 0, 1, 2, 3, 4, 5, 6, 7};
+  static constexpr uint8_t kBothIm[16] = {8, 9, 10, 11, 12, 13, 14, 15, 8, 9, 10, 11, 12, 13, 14, 15};
+  static constexpr uint8_t kSwapped[16] = {8, 9, 10, 11, 12, 13, 14, 15, 0, 1, 2, 3, 4, 5, 6, 7};
+};
+
+// The tables in registers of K blocks, made once a call, and the sign bit of the re
+// places.
+template <class F, int K>
+struct PartTables {
+  using VB = simd::vec<uint8_t, K>;
+  VB both_re = simd::load_repeated_block<VB>(PartMoves<F>::kBothRe);
+  VB both_im = simd::load_repeated_block<VB>(PartMoves<F>::kBothIm);
+  VB swapped = simd::load_repeated_block<VB>(PartMoves<F>::kSwapped);
+  simd::vec<F, K> re_sign =
+      simd::reinterpret<F>(simd::load_repeated_block<VB>(sizeof(F) == 8 ? kSignOfFirst64 : kSignOfFirst32));
+};
+
+template <class V>
+inline V move_parts(const V& x, const simd::vec<uint8_t, V::kBlocks>& table) {
+  return simd::reinterpret<typename V::lane>(simd::table_bytes(simd::reinterpret<uint8_t>(x), table));
+}
+
 template <Order order, class E>
 ZIVKStatus add_product_complex(const E* src1, const E* src2, E* srcDst, int32_t len) {
   if (const ZIVKStatus st = check_ptrs_len(len, src1, src2, srcDst)) return st;
   using F = part_t<E>;
   constexpr bool k64 = sizeof(F) == 8;
-  // One register of re parts a block: 4 elements of 32fc, 2 of 64fc.
+  // A block is one register of re parts: 4 elements of 32fc, 2 of 64fc, taken as the
+  // two registers of their interleaved parts. Lane by lane it rounds as
+  //   kRoundFirst:    re = fma(-a.im, b.im, a.re*b.re), im = fma(a.im, b.re, a.re*b.im)
+  //   kRoundSecondRe: re = fma(a.re, b.re, -(a.im*b.im)), im = fma(a.im, b.re, a.re*b.im)
+  // with the operands in these places, then c + re and c + im.
   constexpr int B = kVectorElems<F>;
+  const PartTables<F, simd::kWide> wide;
+  const PartTables<F, 1> one;
   for_blocks<B>(
       len,
       [&](int64_t i, auto w) {
-        using V = simd::vec<F, decltype(w)::value>;
+        constexpr int K = decltype(w)::value;
+        using V = simd::vec<F, K>;
+        const PartTables<F, K>& tb = [&]() -> const PartTables<F, K>& {
+          if constexpr (K == simd::kWide) return wide;
+          else return one;
+        }();
         const F* p1 = as_parts(src1) + 2 * i;
         const F* p2 = as_parts(src2) + 2 * i;
         F* pc = as_parts(srcDst) + 2 * i;
@@ -125,17 +170,26 @@ ZIVKStatus add_product_complex(const E* src1, const E* src2, E* srcDst, int32_t 
           hint_read(p2, kProduct64fcAheadBytes[1]);
           hint_read(pc, kProduct64fcAheadBytes[2]);
         }
-        V are, aim, bre, bim, cre, cim;
-        simd::load_planes2(p1, are, aim);
-        simd::load_planes2(p2, bre, bim);
-        simd::load_planes2(pc, cre, cim);
-        V re, im;
-        if constexpr (order == Order::kRoundFirst)
-          re = simd::mul_add(negate(aim), bim, simd::mul(are, bre));
-        else
-          re = simd::mul_add(are, bre, negate(simd::mul(aim, bim)));
-        im = simd::mul_add(aim, bre, simd::mul(are, bim));
-        simd::store_planes2(pc, simd::add(cre, re), simd::add(cim, im));
+        const auto &both_re = tb.both_re, &both_im = tb.both_im, &swapped = tb.swapped;
+        const V re_sign = tb.re_sign;
+        V r[2];
+        for (int h = 0; h < 2; ++h) {
+          const V a = simd::load<V>(p1 + h * V::kLanes);
+          const V b = simd::load<V>(p2 + h * V::kLanes);
+          if constexpr (order == Order::kRoundFirst) {
+            // (re, im) = fma((-a.im, a.im), (b.im, b.re), (a.re*b.re, a.re*b.im))
+            const V t = simd::mul(move_parts(a, both_re), b);
+            r[h] = simd::mul_add(simd::bit_xor(move_parts(a, both_im), re_sign), move_parts(b, swapped), t);
+          } else {
+            // (re, im) = fma((a.re, a.im), (b.re, b.re), (-(a.im*b.im), a.re*b.im))
+            const V t = simd::bit_xor(simd::mul(move_parts(a, swapped), move_parts(b, both_im)), re_sign);
+            r[h] = simd::mul_add(a, move_parts(b, both_re), t);
+          }
+        }
+        for (int h = 0; h < 2; ++h) {
+          const V c = simd::load<V>(pc + h * V::kLanes);
+          simd::store(pc + h * V::kLanes, simd::add(c, r[h]));
+        }
       },
       [&](int64_t i) { complex_tail(src1, src2, srcDst, i); });
   return ZIVK_STS_NO_ERR;

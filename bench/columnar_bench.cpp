@@ -36,6 +36,7 @@
 #include <vector>
 
 #include "bench/zb_rows.h"
+#include "columnar/xxh64.h"
 #include "zivks.h"
 
 namespace {
@@ -328,6 +329,199 @@ void agg_rows(const char* label, AggFn<T> fn, T start) {
     }
 }
 
+// ---- Bench-only variants
+//
+// Rows of their own, each with a variant as its first column and the real call ("ours")
+// and the yardstick after it, so that a ratio says what a part of the job costs.
+//
+// Hash_varchar/<avg>/batched: the same hashes with the rows that are not null gathered 8
+// at a time across null rows and hashed side by side, where the library takes every
+// block of 8 that holds a null row one row at a time.
+void hash_batched(const Bed& b) {
+  constexpr int R = 8;
+  const int32_t* off = b.offsets;
+  const uint8_t* p[R];
+  int64_t len[R];
+  int64_t at[R];
+  uint64_t h[R];
+  int k = 0;
+  for (int64_t i = 0; i < b.n; ++i) {
+    if (b.nulls != nullptr && b.nulls[i] != 0) continue;
+    p[k] = b.src + off[i];
+    len[k] = off[i + 1] - off[i];
+    at[k] = i;
+    if (++k == R) {
+      zivks::xxh64::hash_rows<R>(p, len, h);
+      for (int r = 0; r < R; ++r) b.dst[at[r]] = h[r];
+      k = 0;
+    }
+  }
+  for (int r = 0; r < k; ++r) b.dst[at[r]] = zivks::xxh64::hash(p[r], len[r]);
+}
+
+void xxh64_loop(const Bed& b) {
+  const int32_t* off = b.offsets;
+  for (int32_t i = 0; i < b.n; ++i)
+    if (b.nulls == nullptr || b.nulls[i] == 0)
+      b.dst[i] = XXH64(b.src + off[i], static_cast<size_t>(off[i + 1] - off[i]), 0);
+}
+
+bool xxh64_right(const Bed& b) {
+  for (int64_t i = 0; i < b.n; ++i)
+    if (!is_null(b, i) &&
+        b.dst[i] != XXH64(b.src + b.offsets[i], static_cast<size_t>(b.offsets[i + 1] - b.offsets[i]), 0))
+      return false;
+  return true;
+}
+
+// Hash_varchar/<avg>/newSlice, at 1 Ki rows: every call takes the next of kSlices slices
+// of 1 Ki rows, so that no branch predictor learns the row lengths of the column.
+constexpr int32_t kSlices = 64;
+Bed slice(const Bed& b, int32_t k) {
+  Bed s = b;
+  const int64_t first = int64_t{k} * kKi;
+  s.offsets = b.offsets + first;
+  s.nulls = b.nulls != nullptr ? b.nulls + first : nullptr;
+  s.dst = b.dst + first;
+  return s;
+}
+
+Bed varchar_bed(int32_t n, Nulls k, int avg) {
+  Bed b = fixed_bed(n, k);
+  const Text& t = text(avg);
+  b.src = t.bytes->as<unsigned char>();
+  b.offsets = t.offsets->as<int32_t>();
+  return b;
+}
+
+void varchar_variant_rows() {
+  for (int avg : {8, 24})
+    for (int32_t n : kSizes)
+      for (Nulls k : {kNone, kOne, kHalf}) {
+        Row r{"Hash_varchar/avg" + std::to_string(avg) + "/batched", k, n,
+              [n, k, avg] { return varchar_bed(n, k, avg); },
+              [](const Bed& b) { return static_cast<double>(b.offsets[b.n] - b.offsets[0]); }, NAN, {}};
+        r.v.push_back({"bench-only variant",
+                       [](const Bed& b) {
+                         hash_batched(b);
+                         return ZIVK_STS_NO_ERR;
+                       },
+                       xxh64_right, 0});
+        r.v.push_back({"ours",
+                       [](const Bed& b) { return ZIVKS_Hash_varchar(b.src, b.offsets, b.n, b.nulls, b.dst); },
+                       nullptr, 0});
+        r.v.push_back({"XXH64 loop",
+                       [](const Bed& b) {
+                         xxh64_loop(b);
+                         return ZIVK_STS_NO_ERR;
+                       },
+                       nullptr, 0});
+        rows().push_back(std::move(r));
+      }
+  for (int avg : {8, 24})
+    for (Nulls k : {kNone, kHalf}) {
+      Row r{"Hash_varchar/avg" + std::to_string(avg) + "/newSlice", k, kKi,
+            [k, avg] { return varchar_bed(kKi, k, avg); },
+            [](const Bed& b) { return static_cast<double>(b.offsets[b.n] - b.offsets[0]); }, NAN, {}};
+      // Ours on a new slice each call, then the XXH64 loop the same way, then ours on one.
+      r.v.push_back({"ours, a new slice a call",
+                     [](const Bed& b) {
+                       static int32_t next = 0;
+                       const Bed s = slice(b, next++ % kSlices);
+                       return ZIVKS_Hash_varchar(s.src, s.offsets, s.n, s.nulls, s.dst);
+                     },
+                     nullptr, 0});
+      r.v.push_back({"XXH64 loop, a new slice a call",
+                     [](const Bed& b) {
+                       static int32_t next = 0;
+                       xxh64_loop(slice(b, next++ % kSlices));
+                       return ZIVK_STS_NO_ERR;
+                     },
+                     nullptr, 0});
+      r.v.push_back({"ours, the same slice",
+                     [](const Bed& b) { return ZIVKS_Hash_varchar(b.src, b.offsets, b.n, b.nulls, b.dst); },
+                     nullptr, 0});
+      r.v.push_back({"XXH64 loop, the same slice",
+                     [](const Bed& b) {
+                       xxh64_loop(b);
+                       return ZIVK_STS_NO_ERR;
+                     },
+                     nullptr, 0});
+      rows().push_back(std::move(r));
+    }
+}
+
+// AggMax_<T>/readBoth: the bytes an aggregate with nulls must read, the column and the
+// null vector, reduced without skipping a row (the largest value, and the flags ORed):
+// the traffic floor of the call, next to ours and std::max_element (the column alone).
+template <class T>
+inline __attribute__((always_inline)) T read_both_body(const T* src, const int8_t* nulls, int32_t n, int8_t* any) {
+  T m = src[0];
+  int8_t f = 0;
+  for (int32_t i = 0; i < n; ++i) {
+    m = src[i] > m ? src[i] : m;
+    f |= nulls[i];
+  }
+  *any = f;
+  return m;
+}
+template <class T>
+__attribute__((noinline)) T read_both_default(const T* src, const int8_t* nulls, int32_t n, int8_t* any) {
+  return read_both_body(src, nulls, n, any);
+}
+#if defined(__x86_64__)
+template <class T>
+__attribute__((target("arch=x86-64-v4,prefer-vector-width=512"), noinline)) T read_both_v4(const T* src,
+                                                                                           const int8_t* nulls,
+                                                                                           int32_t n, int8_t* any) {
+  return read_both_body(src, nulls, n, any);
+}
+#endif
+
+template <class T>
+void agg_variant_rows(const char* label, AggFn<T> fn) {
+  auto read_both = read_both_default<T>;
+#if defined(__x86_64__)
+  if (strcmp(ZB_BACKEND, "x86") == 0 && strcmp(ZB_X86_LEVEL, "v4") == 0) read_both = read_both_v4<T>;
+#endif
+  for (int32_t n : kSizes) {
+    Row r{std::string(label) + "/readBoth", kOne, n, [n] { return fixed_bed(n, kOne); },
+          [](const Bed& b) { return static_cast<double>(sizeof(T)) * b.n; }, NAN, {}};
+    const auto src = [](const Bed& b) { return reinterpret_cast<const T*>(b.src); };
+    r.v.push_back({"bench-only variant",
+                   [src, read_both](const Bed& b) {
+                     int8_t any;
+                     keep(read_both(src(b), b.nulls, b.n, &any));
+                     keep(any);
+                     return ZIVK_STS_NO_ERR;
+                   },
+                   nullptr, 0});
+    r.v.push_back({"ours",
+                   [fn, src](const Bed& b) {
+                     T m;
+                     const ZIVKStatus st = fn(src(b), b.n, b.nulls, &m);
+                     keep(m);
+                     return st;
+                   },
+                   nullptr, 0});
+    r.v.push_back({"ours without nulls",
+                   [fn, src](const Bed& b) {
+                     T m;
+                     const ZIVKStatus st = fn(src(b), b.n, nullptr, &m);
+                     keep(m);
+                     return st;
+                   },
+                   nullptr, 0});
+    r.v.push_back({"std::max_element",
+                   [src](const Bed& b) {
+                     keep(*std::max_element(src(b), src(b) + b.n));
+                     return ZIVK_STS_NO_ERR;
+                   },
+                   nullptr, 0});
+    rows().push_back(std::move(r));
+  }
+}
+
 void make_rows() {
   hash_rows<int32_t>("Hash_32s", ZIVKS_Hash_32s, 0.8, 0.9, true);
   hash_rows<int64_t>("Hash_64s", ZIVKS_Hash_64s, 0.8, 0.9, true);
@@ -340,6 +534,9 @@ void make_rows() {
   varchar_rows();
   agg_rows<int32_t>("AggMax_32s", ZIVKS_AggMax_32s, INT32_MIN);
   agg_rows<double>("AggMax_64f", ZIVKS_AggMax_64f, -DBL_MAX);
+  varchar_variant_rows();
+  agg_variant_rows<int32_t>("AggMax_32s", ZIVKS_AggMax_32s);
+  agg_variant_rows<double>("AggMax_64f", ZIVKS_AggMax_64f);
 }
 
 // ---- The suite ------------------------------------------------------------------------

@@ -510,6 +510,113 @@ void rand_rows(const char* label, const char* symbol, RandFn<T, Rec> fn, RandIni
       {true, 0, 0, 1.0, "drand48 loop", ZB_LEVEL_FN(drand48_loop, T)}, false);
 }
 
+// ---- Bench-only variants
+//
+// Rows whose first column is a plain loop that drops one required part, next to ours
+// and the yardstick, so that a ratio says what the part costs.
+// - VectorSlope_<T>/accumulated: the ramp as the library must make it when its sums
+//   round: lane k starts at offset + (k - B) slope (fused) and adds the step B * slope
+//   before each store, B lanes side by side, a chain of dependent sums per lane; the
+//   same bits as ours, without the test that lets exact sums run wider.
+// - Triangle_<T>/direct: every sample's phase from its index, the fractional part of
+//   rFreq * i + phase / 2 pi (fused), in float64, then the same two lines as the phase
+//   accumulator loop: the direct form written plainly, without the library's checks,
+//   blocks and rounding steps.
+template <class T, int B>
+ZB_PLAIN void accumulated_slope_loop(const Bed& b) {
+  T* dst = b.d<T>();
+  const T offset = static_cast<T>(b.offset), slope = static_cast<T>(b.slope);
+  T acc[B];
+  for (int k = 0; k < B; ++k) acc[k] = std::fma(static_cast<T>(k - B), slope, offset);
+  const T step = static_cast<T>(B) * slope;
+  for (int32_t i = 0; i + B <= b.n; i += B)
+    for (int k = 0; k < B; ++k) dst[i + k] = acc[k] = acc[k] + step;
+}
+template <class E>
+ZB_PLAIN void slope_accumulated(const Bed& b) {
+  accumulated_slope_loop<E, std::is_same_v<E, float> ? 8 : 4>(b);
+}
+
+template <class E>
+ZB_PLAIN void triangle_direct(const Bed& b) {
+  using Part = typename Elem<E>::Part;
+  E* dst = b.d<E>();
+  const double two_pi = 2 * kPi, magn = b.magn;
+  const double fall = kPi + b.asym, rise = kPi - b.asym;
+  const double down = 2 * magn / fall, up = 2 * magn / rise;
+  const double quarter = (fall + two_pi) / 2, start = b.start / two_pi, rf = b.rfreq;
+  auto wave = [=](double ph) { return ph < fall ? magn - down * ph : (ph - fall) * up - magn; };
+  for (int32_t i = 0; i < b.n; ++i) {
+    double t = std::fma(rf, static_cast<double>(i), start);
+    t -= std::floor(t);
+    const double ph = t * two_pi;
+    if constexpr (Elem<E>::kComplex) {
+      double q = ph + quarter;
+      if (q >= two_pi) q -= two_pi;
+      dst[i].re = static_cast<Part>(wave(ph));
+      dst[i].im = static_cast<Part>(wave(q));
+    } else {
+      dst[i] = static_cast<E>(wave(ph));
+    }
+  }
+}
+
+ZB_LEVELS(slope_accumulated)
+ZB_LEVELS(triangle_direct)
+
+// The rows of a variant at every size: the variant, memset of the output bytes, ours,
+// the yardstick.
+template <class Fn>
+void variant_rows(const std::string& label, Fn native, size_t elem, std::function<void(Bed&)> setup,
+                  std::function<ZIVKStatus(Fn, Bed&)> call, PlainFn variant, const std::string& plain_name,
+                  PlainFn plain) {
+  for (int li = 0; li < 3; ++li) {
+    const Level& lv = kLevels[li];
+    Row r{label, li, static_cast<int32_t>(lv.bytes / elem), elem, {}, nullptr, {}};
+    r.params.n = r.n;
+    r.params.elem = elem;
+    setup(r.params);
+    r.v.push_back({"bench-only variant",
+                   [variant](Bed& b) {
+                     variant(b);
+                     return ZIVK_STS_NO_ERR;
+                   },
+                   nullptr, 0});
+    r.v.push_back(byte_variant(true, 0));
+    r.v.push_back({"ours", [native, call](Bed& b) { return call(native, b); }, nullptr, 0});
+    r.v.push_back({plain_name,
+                   [plain](Bed& b) {
+                     plain(b);
+                     return ZIVK_STS_NO_ERR;
+                   },
+                   nullptr, 0});
+    suite.rows.push_back(std::move(r));
+  }
+}
+
+template <class T>
+void slope_variant_rows(const char* label, SlopeFn<T> fn) {
+  using P = SlopeParam<T>;
+  variant_rows<SlopeFn<T>>(
+      std::string(label) + "/accumulated", fn, sizeof(T), [](Bed& b) { b.offset = -1, b.slope = 2.0 / b.n; },
+      [](SlopeFn<T> f, Bed& b) { return f(b.d<T>(), b.n, static_cast<P>(b.offset), static_cast<P>(b.slope)); },
+      ZB_LEVEL_FN(slope_accumulated, T), "offset + slope * i loop", ZB_LEVEL_FN(slope_loop, T));
+}
+
+template <class E>
+void triangle_variant_rows(const char* label, TriangleFn<E> fn, double magn) {
+  using P = TriangleParam<E>;
+  using Part = typename Elem<E>::Part;
+  variant_rows<TriangleFn<E>>(
+      std::string(label) + "/0.01/direct", fn, sizeof(E),
+      [magn](Bed& b) { b.magn = magn, b.rfreq = kFreqs[0], b.asym = kAsym, b.start = kStartPhase; },
+      [](TriangleFn<E> f, Bed& b) {
+        P phase = static_cast<P>(b.start);
+        return f(b.d<E>(), b.n, static_cast<Part>(b.magn), static_cast<P>(b.rfreq), static_cast<P>(b.asym), &phase);
+      },
+      ZB_LEVEL_FN(triangle_direct, E), "phase accumulator loop", ZB_LEVEL_FN(triangle_loop, E));
+}
+
 // ---- All rows
 
 void make_rows() {
@@ -550,6 +657,11 @@ void make_rows() {
                                              ZIVKS_RandUniformInit_32f, -1.0f, 1.0f);
   rand_rows<double, ZIVKRandUniformState_64f>("RandUniform_64f", "ZIVKS_RandUniform_64f",
                                               ZIVKS_RandUniform_64f, ZIVKS_RandUniformInit_64f, -1.0, 1.0);
+
+  slope_variant_rows<float>("VectorSlope_32f", ZIVKS_VectorSlope_32f);
+  slope_variant_rows<double>("VectorSlope_64f", ZIVKS_VectorSlope_64f);
+  triangle_variant_rows<float>("Triangle_32f", ZIVKS_Triangle_32f, 1.0);
+  triangle_variant_rows<ZIVK32fc>("Triangle_32fc", ZIVKS_Triangle_32fc, 1.0);
 }
 
 // ---- The suite --------------------------------------------------------------------------

@@ -188,6 +188,59 @@ void member_rows(const char* label, const char* symbol, MedianFn<T> native, ZIVK
   }
 }
 
+// ---- Bench-only variants, mask 31
+//
+// FilterMedian_<T>/sorted: rows whose first column is a plain loop that sorts every
+// window with std::sort and takes its middle, next to ours (which sorts every window
+// with the library's exported sort), the same loop calling that exported sort, and the
+// nth_element median: what sorting every window costs over selecting the middle, and
+// what the library's sort costs over std::sort on 31 elements.
+template <class T>
+void sorted_median(const T* src, T* dst, int32_t n, int32_t m, ZIVKStatus (*sort)(T*, int32_t)) {
+  T window[kMaxMask];
+  for (int32_t i = 0; i < n; ++i) {
+    for (int32_t k = 0; k < m; ++k) {
+      const int32_t j = i - m + 1 + k;
+      window[k] = src[j < 0 ? 0 : j];
+    }
+    if (sort != nullptr) sort(window, m);
+    else std::sort(window, window + m);
+    dst[i] = window[m / 2];
+  }
+}
+
+template <class T>
+void sorted_rows(const char* label, MedianFn<T> native, ZIVKStatus (*library_sort)(T*, int32_t), ZIVKDataType type) {
+  constexpr size_t kMask31 = 4;
+  for (const int32_t n : {kKi, 64 * kKi}) {
+    Row r{std::string(label) + "/sorted", kMaskNames[kMask31], kMasks[kMask31], n, sizeof(T), type, nullptr,
+          nullptr, false, {}};
+    r.fill = [](Bed& b) { fill(static_cast<T*>(b.src), kMaxLen); };
+    r.answer = [](Bed& b) { nth_element_median(b.s<T>(), static_cast<T*>(b.answer), b.n, b.mask); };
+    auto right = [](const Bed& b) { return b.right(); };
+    r.v.push_back({"std::sort of every window",
+                   [](Bed& b) {
+                     sorted_median<T>(b.s<T>(), b.d<T>(), b.n, b.mask, nullptr);
+                     return ZIVK_STS_NO_ERR;
+                   },
+                   right, 0});
+    r.v.push_back({"ours", [native](Bed& b) { return call<T>(native, b); }, nullptr, 0});
+    r.v.push_back({"exported sort of every window",
+                   [library_sort](Bed& b) {
+                     sorted_median<T>(b.s<T>(), b.d<T>(), b.n, b.mask, library_sort);
+                     return ZIVK_STS_NO_ERR;
+                   },
+                   nullptr, 0});
+    r.v.push_back({"std::nth_element median",
+                   [](Bed& b) {
+                     nth_element_median(b.s<T>(), b.d<T>(), b.n, b.mask);
+                     return ZIVK_STS_NO_ERR;
+                   },
+                   nullptr, 0});
+    suite.rows.push_back(std::move(r));
+  }
+}
+
 void make_rows() {
   const bool targets = strcmp(ZB_BACKEND, "generic") != 0;
   member_rows<uint8_t>("FilterMedian_8u", "ZIVKS_FilterMedian_8u", ZIVKS_FilterMedian_8u, ZIVK_DT_8U, targets);
@@ -195,6 +248,9 @@ void make_rows() {
   member_rows<int32_t>("FilterMedian_32s", "ZIVKS_FilterMedian_32s", ZIVKS_FilterMedian_32s, ZIVK_DT_32S, false);
   member_rows<float>("FilterMedian_32f", "ZIVKS_FilterMedian_32f", ZIVKS_FilterMedian_32f, ZIVK_DT_32F, targets);
   member_rows<double>("FilterMedian_64f", "ZIVKS_FilterMedian_64f", ZIVKS_FilterMedian_64f, ZIVK_DT_64F, false);
+  sorted_rows<uint8_t>("FilterMedian_8u", ZIVKS_FilterMedian_8u, ZIVKS_SortAscend_8u_I, ZIVK_DT_8U);
+  sorted_rows<float>("FilterMedian_32f", ZIVKS_FilterMedian_32f, ZIVKS_SortAscend_32f_I, ZIVK_DT_32F);
+  sorted_rows<double>("FilterMedian_64f", ZIVKS_FilterMedian_64f, ZIVKS_SortAscend_64f_I, ZIVK_DT_64F);
 }
 
 // ---- The bed --------------------------------------------------------------------------

@@ -178,6 +178,82 @@ FmaLoops<T> fma_loops() {
   return {fma_arrays_default<T>, fma_const_default<T>};
 }
 
+// ---- Bench-only variants ---------------------------------------------------------------
+//
+// Each drops one part of what the library must do, so that a row of its own can say what
+// that part costs: the variant is "ours" of the row, and the ratio of the real call to it
+// is the part's price (above 1: the part costs that factor).
+// - noAccumulator: the product alone, dst = a * b, the job of VOLK's multiply; it reads
+//   one array fewer than a multiply-accumulate.
+// - interleaved (complex): the block's fixed rounding order, re = fma(-a.im, b.im,
+//   a.re * b.re), im = fma(a.im, b.re, a.re * b.im), then c added, as a plain loop over
+//   the interleaved parts: the same bits as the library's blocks, without its split of
+//   the parts into planes.
+template <class T>
+inline __attribute__((always_inline)) void product_body(const T* a, const T* b, T* c, int32_t n) {
+  for (int32_t i = 0; i < n; ++i) c[i] = a[i] * b[i];
+}
+template <class T>
+inline __attribute__((always_inline)) void product_const_body(const T* a, T v, T* c, int32_t n) {
+  for (int32_t i = 0; i < n; ++i) c[i] = a[i] * v;
+}
+// The fixed-order complex product, added into c (kAccumulate) or stored.
+template <bool kAccumulate>
+inline __attribute__((always_inline)) void complex_body(const float* a, const float* b, float* c, int32_t n) {
+  for (int32_t i = 0; i < n; ++i) {
+    const float ar = a[2 * i], ai = a[2 * i + 1], br = b[2 * i], bi = b[2 * i + 1];
+    const float re = std::fma(-ai, bi, ar * br);
+    const float im = std::fma(ai, br, ar * bi);
+    if (kAccumulate) {
+      c[2 * i] = c[2 * i] + re;
+      c[2 * i + 1] = c[2 * i + 1] + im;
+    } else {
+      c[2 * i] = re;
+      c[2 * i + 1] = im;
+    }
+  }
+}
+
+template <class T>
+struct VariantLoops {
+  void (*product)(const T*, const T*, T*, int32_t);
+  void (*product_const)(const T*, T, T*, int32_t);
+  void (*complex_acc)(const float*, const float*, float*, int32_t);
+  void (*complex_product)(const float*, const float*, float*, int32_t);
+};
+
+#define ZB_VARIANT_LEVEL(level, attr)                                                                     \
+  template <class T>                                                                                      \
+  attr void product_##level(const T* a, const T* b, T* c, int32_t n) { product_body(a, b, c, n); }        \
+  template <class T>                                                                                      \
+  attr void product_const_##level(const T* a, T v, T* c, int32_t n) { product_const_body(a, v, c, n); }   \
+  attr void complex_acc_##level(const float* a, const float* b, float* c, int32_t n) {                    \
+    complex_body<true>(a, b, c, n);                                                                       \
+  }                                                                                                       \
+  attr void complex_product_##level(const float* a, const float* b, float* c, int32_t n) {                \
+    complex_body<false>(a, b, c, n);                                                                      \
+  }
+
+ZB_VARIANT_LEVEL(default, __attribute__((noinline)))
+#if defined(__x86_64__)
+ZB_VARIANT_LEVEL(v2, __attribute__((target("arch=x86-64-v2"), noinline)))
+ZB_VARIANT_LEVEL(v3, __attribute__((target("arch=x86-64-v3"), noinline)))
+ZB_VARIANT_LEVEL(v4, __attribute__((target("arch=x86-64-v4,prefer-vector-width=512"), noinline)))
+#endif
+
+// The variants compiled for the level of the library build, as the fma loops are.
+template <class T>
+VariantLoops<T> variant_loops() {
+#if defined(__x86_64__)
+  if (strcmp(ZB_BACKEND, "x86") == 0) {
+    if (strcmp(ZB_X86_LEVEL, "v4") == 0) return {product_v4<T>, product_const_v4<T>, complex_acc_v4, complex_product_v4};
+    if (strcmp(ZB_X86_LEVEL, "v3") == 0) return {product_v3<T>, product_const_v3<T>, complex_acc_v3, complex_product_v3};
+    return {product_v2<T>, product_const_v2<T>, complex_acc_v2, complex_product_v2};
+  }
+#endif
+  return {product_default<T>, product_const_default<T>, complex_acc_default, complex_product_default};
+}
+
 // ---- Rows -----------------------------------------------------------------------------
 
 constexpr float kConst32f = 0.75f;
@@ -217,6 +293,39 @@ void member_rows(const std::string& label, const char* symbol, Fn native, size_t
                        return ZIVK_STS_NO_ERR;
                      },
                      nullptr, lv.targets ? y.target : 0});
+    suite.rows.push_back(std::move(r));
+  }
+}
+
+// The rows of a bench-only variant at every size: the variant as the row's "ours", memcpy
+// of the output bytes, the real call (named "ours"), then the yardsticks without targets.
+template <class Fn>
+void variant_rows(const std::string& label, Fn native, size_t in_bytes, size_t out_bytes,
+                  std::function<ZIVKStatus(Fn, const Bed&)> call, std::function<void(const Bed&)> variant,
+                  const std::vector<Yardstick>& yardsticks) {
+  for (int li = 0; li < 3; ++li) {
+    const Level& lv = kLevels[li];
+    Row r{label, li, static_cast<int32_t>(lv.bytes / std::max(in_bytes, out_bytes)), out_bytes, {}};
+    r.v.push_back({"bench-only variant",
+                   [variant](const Bed& b) {
+                     variant(b);
+                     return ZIVK_STS_NO_ERR;
+                   },
+                   nullptr, 0});
+    r.v.push_back({"memcpy of the output",
+                   [](const Bed& b) {
+                     memcpy(b.acc, b.src1, b.out_bytes * static_cast<size_t>(b.n));
+                     return ZIVK_STS_NO_ERR;
+                   },
+                   nullptr, 0});
+    r.v.push_back({"ours", [native, call](const Bed& b) { return call(native, b); }, nullptr, 0});
+    for (const Yardstick& y : yardsticks)
+      r.v.push_back({y.name,
+                     [f = y.call](const Bed& b) {
+                       f(b);
+                       return ZIVK_STS_NO_ERR;
+                     },
+                     nullptr, 0});
     suite.rows.push_back(std::move(r));
   }
 }
@@ -286,6 +395,43 @@ void make_rows() {
                            [](const Bed& b) { volk_32fc_x2_multiply_32fc(cf(b.acc), cf(b.src1), cf(b.src2), b.n); },
                            0}});
   product_rows<ZIVK64fc>("AddProduct_64fc", "ZIVKS_AddProduct_64fc", ZIVKS_AddProduct_64fc, {});
+
+  // What the accumulator and the planes cost: the bench-only variants next to the real
+  // call and the peers.
+  const VariantLoops<float> v32 = variant_loops<float>();
+  const VariantLoops<double> v64 = variant_loops<double>();
+  const auto volk32 = [](const Bed& b) { volk_32f_x2_multiply_32f(b.c<float>(), b.a<float>(), b.b<float>(), b.n); };
+  const auto volk64 = [](const Bed& b) { volk_64f_x2_multiply_64f(b.c<double>(), b.a<double>(), b.b<double>(), b.n); };
+  const auto volk32c = [](const Bed& b) { volk_32f_s32f_multiply_32f(b.c<float>(), b.a<float>(), kConst32f, b.n); };
+  const auto volk32fc = [](const Bed& b) { volk_32fc_x2_multiply_32fc(cf(b.acc), cf(b.src1), cf(b.src2), b.n); };
+  variant_rows<ProductFn<float>>(
+      "AddProduct_32f/noAccumulator", ZIVKS_AddProduct_32f, 4, 4,
+      [](ProductFn<float> f, const Bed& b) { return f(b.a<float>(), b.b<float>(), b.c<float>(), b.n); },
+      [v32](const Bed& b) { v32.product(b.a<float>(), b.b<float>(), b.c<float>(), b.n); },
+      {{"volk_32f_x2_multiply_32f", volk32, 0},
+       {"std::fma loop", [f32](const Bed& b) { f32.arrays(b.a<float>(), b.b<float>(), b.c<float>(), b.n); }, 0}});
+  variant_rows<ProductFn<double>>(
+      "AddProduct_64f/noAccumulator", ZIVKS_AddProduct_64f, 8, 8,
+      [](ProductFn<double> f, const Bed& b) { return f(b.a<double>(), b.b<double>(), b.c<double>(), b.n); },
+      [v64](const Bed& b) { v64.product(b.a<double>(), b.b<double>(), b.c<double>(), b.n); },
+      {{"volk_64f_x2_multiply_64f", volk64, 0},
+       {"std::fma loop", [f64](const Bed& b) { f64.arrays(b.a<double>(), b.b<double>(), b.c<double>(), b.n); }, 0}});
+  variant_rows<ProductCFn<float>>(
+      "AddProductC_32f/noAccumulator", ZIVKS_AddProductC_32f, 4, 4,
+      [](ProductCFn<float> f, const Bed& b) { return f(b.a<float>(), kConst32f, b.c<float>(), b.n); },
+      [v32](const Bed& b) { v32.product_const(b.a<float>(), kConst32f, b.c<float>(), b.n); },
+      {{"volk_32f_s32f_multiply_32f", volk32c, 0},
+       {"std::fma loop", [f32](const Bed& b) { f32.constant(b.a<float>(), kConst32f, b.c<float>(), b.n); }, 0}});
+  variant_rows<ProductFn<ZIVK32fc>>(
+      "AddProduct_32fc/interleaved", ZIVKS_AddProduct_32fc, 8, 8,
+      [](ProductFn<ZIVK32fc> f, const Bed& b) { return f(b.a<ZIVK32fc>(), b.b<ZIVK32fc>(), b.c<ZIVK32fc>(), b.n); },
+      [v32](const Bed& b) { v32.complex_acc(b.a<float>(), b.b<float>(), b.c<float>(), b.n); },
+      {{"volk_32fc_x2_multiply_32fc", volk32fc, 0}});
+  variant_rows<ProductFn<ZIVK32fc>>(
+      "AddProduct_32fc/noAccumulator", ZIVKS_AddProduct_32fc, 8, 8,
+      [](ProductFn<ZIVK32fc> f, const Bed& b) { return f(b.a<ZIVK32fc>(), b.b<ZIVK32fc>(), b.c<ZIVK32fc>(), b.n); },
+      [v32](const Bed& b) { v32.complex_product(b.a<float>(), b.b<float>(), b.c<float>(), b.n); },
+      {{"volk_32fc_x2_multiply_32fc", volk32fc, 0}});
   scaled_rows<int16_t, int16_t>("AddProduct_16s_S", "ZIVKS_AddProduct_16s_S", ZIVKS_AddProduct_16s_S);
   scaled_rows<int32_t, int32_t>("AddProduct_32s_S", "ZIVKS_AddProduct_32s_S", ZIVKS_AddProduct_32s_S);
   scaled_rows<int16_t, int32_t>("AddProduct_16s32s_S", "ZIVKS_AddProduct_16s32s_S", ZIVKS_AddProduct_16s32s_S);
