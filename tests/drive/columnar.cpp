@@ -11,13 +11,6 @@ namespace zd {
 
 namespace {
 
-bool is_error(ZIVKStatus s) { return s != ZIVK_STS_NO_ERR && s != ZIVK_STS_EVEN_MASK_WARN; }
-
-template <class T, size_t N>
-T pick(Call& c, const T (&list)[N]) {
-  return list[c.in().below(N)];
-}
-
 // A source array whose contents the entry chooses, in an exact block like Call::array's,
 // checked unchanged after the call. Null about once in `null_one_in` calls.
 template <class T>

@@ -29,8 +29,6 @@ uint64_t splitmix(uint64_t& s) {
   return z ^ (z >> 31);
 }
 
-bool is_error(ZIVKStatus s) { return s != ZIVK_STS_NO_ERR && s != ZIVK_STS_EVEN_MASK_WARN; }
-
 // The part type of an element: complex records are filled part by part.
 template <class T, class = void>
 struct PartOf {

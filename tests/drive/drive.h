@@ -90,6 +90,9 @@ class Block {
 // target aborts with it; the other programs print it and fail.
 [[noreturn]] void fail(const std::string& entry, const std::string& what);
 
+// A status after which the function must have written nothing (307 is a warning).
+inline bool is_error(ZIVKStatus s) { return s != ZIVK_STS_NO_ERR && s != ZIVK_STS_EVEN_MASK_WARN; }
+
 // How array contents are drawn, per array.
 enum class Fill { kRaw, kSmall, kSpecial };
 
@@ -174,6 +177,12 @@ struct Entry {
   void (*run)(Call&);
   unsigned flags;
 };
+
+// One of the values of a list, chosen by the input.
+template <class T, size_t N>
+T pick(Call& c, const T (&list)[N]) {
+  return list[c.in().below(N)];
+}
 
 // Every entry, in a fixed order (by family, then as listed).
 const std::vector<Entry>& entries();

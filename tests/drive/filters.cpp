@@ -10,13 +10,6 @@ namespace zd {
 
 namespace {
 
-bool is_error(ZIVKStatus s) { return s != ZIVK_STS_NO_ERR && s != ZIVK_STS_EVEN_MASK_WARN; }
-
-template <class T, size_t N>
-T pick(Call& c, const T (&list)[N]) {
-  return list[c.in().below(N)];
-}
-
 template <class T>
 struct MedianApi {
   ZIVKDataType type;

@@ -14,8 +14,6 @@ namespace {
 constexpr double kTwoPi = 6.283185307179586;
 constexpr double kPi = 3.141592653589793;
 
-bool is_error(ZIVKStatus s) { return s != ZIVK_STS_NO_ERR && s != ZIVK_STS_EVEN_MASK_WARN; }
-
 // An array whose contents the entry chooses (a phase in its range, say), in an exact
 // block like Call::array's. The entry says after the call whether it was a source
 // (checked unchanged) or written (checked unchanged after an error, then digested).
@@ -44,12 +42,6 @@ class Chosen {
   Block block_;
   std::vector<T> init_;
 };
-
-// One of the values of a list, chosen by the input.
-template <class T, size_t N>
-T pick(Call& c, const T (&list)[N]) {
-  return list[c.in().below(N)];
-}
 
 // A fraction in [0, 1) with 16 bits.
 double unit(Call& c) { return c.in().below(65536) / 65536.0; }
