@@ -13,6 +13,8 @@
 //   zivks_drive --threads=T [--seeds=N] the entries run from T threads at once, each
 //                                       result compared with a run on one thread (the
 //                                       users of the C library's generator excepted)
+//   zivks_drive --entries=FILE          the entries are exactly the ZIVKS_ names of FILE
+//                                       (the export list), one entry each
 //   zivks_drive --replay FILE...        runs fuzz inputs (2 bytes choose the entry, the
 //                                       rest are its input), as the fuzz target does
 //
@@ -23,6 +25,7 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include <algorithm>
 #include <atomic>
 #include <fstream>
 #include <regex>
@@ -125,6 +128,29 @@ int expect_digests(const std::string& path, uint32_t seeds) {
   return bad ? 1 : 0;
 }
 
+int check_entries(const char* path) {
+  std::ifstream f(path);
+  if (!f) {
+    fprintf(stderr, "cannot read %s\n", path);
+    return 1;
+  }
+  std::vector<std::string> exported, listed;
+  for (std::string line; std::getline(f, line);)
+    if (line.rfind("ZIVKS_", 0) == 0) exported.push_back(line.substr(0, line.find_first_of(" \t\r")));
+  for (const zd::Entry& e : zd::entries()) listed.push_back(e.name);
+  std::sort(exported.begin(), exported.end());
+  std::sort(listed.begin(), listed.end());
+  int bad = 0;
+  for (size_t i = 1; i < listed.size(); ++i)
+    if (listed[i] == listed[i - 1]) fprintf(stderr, "two entries for %s\n", listed[i].c_str()), ++bad;
+  for (const std::string& n : exported)
+    if (!std::binary_search(listed.begin(), listed.end(), n)) fprintf(stderr, "no entry for %s\n", n.c_str()), ++bad;
+  for (const std::string& n : listed)
+    if (!std::binary_search(exported.begin(), exported.end(), n)) fprintf(stderr, "%s is not exported\n", n.c_str()), ++bad;
+  printf("entries: %zu for %zu exported names, %d problems\n", listed.size(), exported.size(), bad);
+  return bad ? 1 : 0;
+}
+
 int replay(int argc, char** argv, int first) {
   const auto& all = zd::entries();
   for (int i = first; i < argc; ++i) {
@@ -156,6 +182,7 @@ int main(int argc, char** argv) {
     else if (!strncmp(a, "--expect=", 9)) expect = a + 9;
     else if (!strcmp(a, "--list") || !strcmp(a, "--digest")) mode = a + 2;
     else if (!strcmp(a, "--replay")) return replay(argc, argv, i + 1);
+    else if (!strncmp(a, "--entries=", 10)) return check_entries(a + 10);
     else {
       fprintf(stderr, "unknown argument %s\n", a);
       return 1;

@@ -114,7 +114,8 @@ M magnitude(Call& c) {
     return M(1 + c.in().below(32767));
   } else {
     if (c.in().one_in(8)) return pick(c, {M(0), M(-0.0), M(-1), M(NAN), M(INFINITY), M(1e-30)});
-    return M(ldexp(1 + unit(c), int(c.in().below(30)) - 10));
+    const double fraction = 1 + unit(c);  // drawn before the exponent: arguments are unordered
+    return M(ldexp(fraction, int(c.in().below(30)) - 10));
   }
 }
 
@@ -218,9 +219,11 @@ void ramp(Call& c, ZIVKStatus (*fn)(T*, int32_t, P, P)) {
       offset = P(int(c.in().below(64)) - 16 + 0.5);
       slope = P(int(c.in().below(5)) - 2);
       break;
-    default:
+    default: {
       offset = P(range * (unit(c) * 2.4 - 1.2));
-      slope = P(range * (unit(c) * 2 - 1) / pick(c, {1.0, 16.0, 256.0, 4096.0, 65536.0, 1048576.0}));
+      const double swing = range * (unit(c) * 2 - 1);  // before the divisor: operands are unordered
+      slope = P(swing / pick(c, {1.0, 16.0, 256.0, 4096.0, 65536.0, 1048576.0}));
+    }
   }
   c.finish(fn(dst, len, offset, slope));
 }

@@ -263,7 +263,10 @@ void sort_init(Call& c) {
 template <ZIVKStatus (*F)(uint8_t*), SortInit Init>
 void sort_release(Call& c) {
   uint8_t* policy = nullptr;
-  if (!c.in().one_in(8)) c.result(Init(1 + int32_t(c.in().below(100)), any_type(c.in()), &policy));
+  if (!c.in().one_in(8)) {
+    const int32_t len = 1 + int32_t(c.in().below(100));  // before the type: arguments are unordered
+    c.result(Init(len, any_type(c.in()), &policy));
+  }
   c.finish(F(policy));
 }
 
